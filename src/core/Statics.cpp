@@ -1,5 +1,6 @@
 #include "caudalis/core/Statics.hpp"
 
+#include "caudalis/catalogue/AspersoresStatic.hpp"
 #include "caudalis/core/Arrays.hpp"
 #include "caudalis/core/Doubles.hpp"
 #include "caudalis/core/Factories.hpp"
@@ -10,6 +11,10 @@ namespace caudalis {
 std::shared_ptr<Statics> Statics::application() {
     static LazyInstance<Statics> instance;
     return instance.get();
+}
+
+std::shared_ptr<AspersoresStatic> Statics::Aspersores() const {
+    return aspersores_.get();
 }
 
 indicadores Statics::newIndicadores(Double horas, Integer nsaidas) const {

@@ -4,6 +4,11 @@
 #include "caudalis/core/Doubles.hpp"
 #include "caudalis/core/Factories.hpp"
 #include "caudalis/core/LazyInstance.hpp"
+#include "caudalis/evaluation/WaterDepths.hpp"
+#include "caudalis/machine/CoordenadasSaidas.hpp"
+#include "caudalis/machine/Pivots.hpp"
+#include "caudalis/machine/Tramos.hpp"
+#include "caudalis/machine/Types.hpp"
 
 namespace caudalis {
 
@@ -34,6 +39,34 @@ std::shared_ptr<caudalis::Arrays> Statics::Arrays() const {
 
 std::shared_ptr<caudalis::Doubles> Statics::Doubles() const {
     return caudalis::Doubles::shared();
+}
+
+std::shared_ptr<caudalis::Tramos> Statics::Tramos() const {
+    return caudalis::Tramos::shared();
+}
+
+std::shared_ptr<caudalis::Pivots> Statics::Pivots() const {
+    return caudalis::Pivots::shared();
+}
+
+std::shared_ptr<caudalis::CoordenadasSaidas> Statics::CoordenadasSaidas() const {
+    return caudalis::CoordenadasSaidas::shared();
+}
+
+std::shared_ptr<caudalis::WaterDepths> Statics::WaterDepths() const {
+    return caudalis::WaterDepths::shared();
+}
+
+std::shared_ptr<caudalis::Types> Statics::Gun() const {
+    return caudalis::Types::gunInstance();
+}
+
+std::shared_ptr<caudalis::Types> Statics::Placements() const {
+    return caudalis::Types::placementsInstance();
+}
+
+std::shared_ptr<caudalis::Types> Statics::Saidas() const {
+    return caudalis::Types::saidasInstance();
 }
 
 }  // namespace caudalis

@@ -1,6 +1,8 @@
 #pragma once
 
 // Umbrella header: everything a host needs.
+#include "caudalis/catalogue/Aspersor.hpp"
+#include "caudalis/catalogue/AspersoresStatic.hpp"
 #include "caudalis/core/Arrays.hpp"
 #include "caudalis/core/Basic.hpp"
 #include "caudalis/core/BoundedArray.hpp"

@@ -1,10 +1,16 @@
 #include "caudalis/core/Statics.hpp"
 
+#include "caudalis/catalogue/AspersoresStatic.hpp"
+#include "caudalis/charts/CartaAspersores.hpp"
 #include "caudalis/core/Arrays.hpp"
 #include "caudalis/core/Doubles.hpp"
 #include "caudalis/core/Factories.hpp"
 #include "caudalis/core/LazyInstance.hpp"
 #include "caudalis/evaluation/WaterDepths.hpp"
+#include "caudalis/hydraulics/Drops.hpp"
+#include "caudalis/hydraulics/PipeMaterials.hpp"
+#include "caudalis/hydraulics/PivotWrapper.hpp"
+#include "caudalis/hydraulics/ReguladorPression.hpp"
 #include "caudalis/machine/CoordenadasSaidas.hpp"
 #include "caudalis/machine/Pivots.hpp"
 #include "caudalis/machine/Tramos.hpp"
@@ -17,6 +23,12 @@ std::shared_ptr<Statics> Statics::application() {
     return instance.get();
 }
 
+std::shared_ptr<AspersoresStatic> Statics::Aspersores() const {
+    return aspersores_.get();
+}
+
+std::shared_ptr<CartaAspersores> Statics::newCartaAspersores() const { return makeCartaAspersores(); }
+
 indicadores Statics::newIndicadores(Double horas, Integer nsaidas) const {
     return makeIndicadores(horas, nsaidas);
 }
@@ -27,6 +39,18 @@ PivotSample Statics::newPivotSample(Double centerDistance, Double wetDiameter, c
 
 KostiakovParameters Statics::newKostiakovParameters(Double k, Double a) const {
     return makeKostiakovParameters(k, a);
+}
+
+std::shared_ptr<PivotWrapper> Statics::newPivotWrapper(const pivot& apivot_dt,
+                                                       const std::shared_ptr<CalculosStrategy>& strategy) const {
+    auto wrapper = std::make_shared<PivotWrapper>();
+    wrapper->initWrapper(apivot_dt, strategy);
+    return wrapper;
+}
+
+std::shared_ptr<ReguladorPression> Statics::newReguladorPression(Integer tramo, Double pression, Double caudal_max,
+                                                                 Double caudal_min, bool installed) const {
+    return makeReguladorPression(tramo, pression, caudal_max, caudal_min, installed);
 }
 
 caudalis::pivot Statics::newPivot() const {
@@ -68,5 +92,9 @@ std::shared_ptr<caudalis::Types> Statics::Placements() const {
 std::shared_ptr<caudalis::Types> Statics::Saidas() const {
     return caudalis::Types::saidasInstance();
 }
+
+std::shared_ptr<caudalis::Drops> Statics::Drops() const { return caudalis::Drops::shared(); }
+
+std::shared_ptr<caudalis::PipeMaterials> Statics::PipeMaterials() const { return caudalis::PipeMaterials::shared(); }
 
 }  // namespace caudalis

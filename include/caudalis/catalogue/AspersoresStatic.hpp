@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+
+#include "caudalis/catalogue/Aspersor.hpp"
+#include "caudalis/core/Collection.hpp"
+#include "caudalis/core/LazyInstance.hpp"
+
+namespace caudalis {
+
+/// The sprinkler catalogue object: factories for sprinklers that do not come from a database,
+/// the placeholder sprinkler, and the matching of sprinklers to a wanted pressure and flow.
+class AspersoresStatic {
+public:
+    /// A new sprinkler initialised with the given data (`id` 0). Raises
+    /// `AspersorException::MissingAsperorDataException` when the data are incomplete.
+    std::shared_ptr<Aspersor> newAspersor(const String& boquilla, double a, double b, double pmin,
+                                          double pmax, double qmin, double qmax, const modelo& aModelo) const;
+
+    /// A new collection (no keys) of the sprinklers of `availlableAspersores`, in their order,
+    /// whose flow at `pressao` lies within `variacao` of `caudal`. An element that is not a
+    /// sprinkler, or a missing collection, raises 13.
+    CollectionRef getPossibleAspersores(const CollectionRef& availlableAspersores, double pressao,
+                                        double caudal, double variacao) const;
+
+    /// Among the sprinklers within `variacaoMaxima`, the one whose flow deviates least from
+    /// `caudal`; of equal deviations the later one wins. nullptr when none fits. Every element
+    /// is checked before any deviation is computed, so a `caudal` of 0 raises only when there
+    /// is a candidate.
+    std::shared_ptr<Aspersor> getBestMatch(const CollectionRef& availlableAspersores, double pressao,
+                                           double caudal, double variacaoMaxima) const;
+
+    /// The uninitialised placeholder sprinkler of this object: the same one on every call.
+    std::shared_ptr<Aspersor> NullAspersor() const;
+
+private:
+    mutable LazyInstance<Aspersor> nullAspersor_;
+};
+
+}  // namespace caudalis

@@ -4,6 +4,7 @@
 #include "MachineFixtures.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
 #include "caudalis/charts/MountedAspersor.hpp"
+#include "caudalis/core/Factories.hpp"
 #include "caudalis/core/Statics.hpp"
 #include "caudalis/hydraulics/Drops.hpp"
 #include "caudalis/hydraulics/PivotWrapper.hpp"
@@ -174,7 +175,8 @@ TEST(CartaAspersores, AddAndMountOutsideThePivotKeepsTheEntry) {
 
 TEST(CartaAspersores, EndGunEntryUsesTheEndGunKey) {
     auto chart = makeCartaAspersores();
-    auto gun = makeMountedAspersor(CoordenadasSaidas::shared()->newEndGunCoordenadas(), makeNozzle("g", 1, 0.5));
+    auto gun =
+        makeMountedAspersor(CoordenadasSaidas::shared()->newEndGunCoordenadas(), makeNozzle("g", 1, 0.5));
     chart->addMountedAspersor(gun);
     EXPECT_TRUE(chart->mountedAspersores()->Contains("-1--1"));
     EXPECT_TRUE(chart->hasMountedAspersorAt(CoordenadasSaidas::shared()->newEndGunCoordenadas()));

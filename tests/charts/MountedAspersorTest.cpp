@@ -13,8 +13,8 @@ using namespace caudalis::testing;
 namespace {
 
 pivot machineWithEverything() {
-    pivot machine = makePivot({makeSpan(1, 10, 168, 500), makeSpan(1, 10, 168, 500), makeSpan(1, 10, 168, 500)},
-                              {0, 0, 0});
+    pivot machine = makePivot(
+        {makeSpan(1, 10, 168, 500), makeSpan(1, 10, 168, 500), makeSpan(1, 10, 168, 500)}, {0, 0, 0});
     Pivots::shared()->setOverhangSpan(machine, makeSpan(2, 10, 127, 500));
     Pivots::shared()->setEndGun(machine, Types::gunInstance()->newGun(20));
     return machine;
@@ -41,7 +41,12 @@ TEST(MountedAspersor, SaidaIsACopy) {
     auto mounted = makeMountedAspersor(at(2, 1), makeNozzle("n", 0.1, 0.5));
     CoordenadasSaida copy = mounted->saida();
     copy.saida = 2;
+    EXPECT_EQ(copy.saida, 2);
     EXPECT_EQ(mounted->saida().saida, 1);
+    pivot machine = makePivot({makeSpan(1, 10, 168, 500), makeSpan(1, 10, 168, 500)}, {0, 0});
+    mounted->mount_on(machine);
+    EXPECT_EQ(machine.Tramos(2).Saidas(1).obj_aspersor, mounted->Aspersor());
+    EXPECT_EQ(machine.Tramos(2).Saidas(2).obj_aspersor, nullptr);
 }
 
 TEST(MountedAspersor, MountsAtTheEndGunOnly) {
@@ -92,10 +97,13 @@ TEST(MountedAspersor, UnMountClearsTheOutlet) {
 TEST(MountedAspersor, AddressesOutsideThePivotRaiseNineAndChangeNothing) {
     pivot machine = makePivot({makeSpan(1, 10, 168, 500)}, {0});
     auto nozzle = makeNozzle("n", 0.1, 0.5);
-    EXPECT_RAISES(makeMountedAspersor(at(2, 1), nozzle)->mount_on(machine), RuntimeError::SubscriptOutOfRange);
-    EXPECT_RAISES(makeMountedAspersor(at(1, 3), nozzle)->mount_on(machine), RuntimeError::SubscriptOutOfRange);
-    EXPECT_RAISES(makeMountedAspersor(CoordenadasSaidas::shared()->newEndGunCoordenadas(), nozzle)->mount_on(machine),
+    EXPECT_RAISES(makeMountedAspersor(at(2, 1), nozzle)->mount_on(machine),
                   RuntimeError::SubscriptOutOfRange);
+    EXPECT_RAISES(makeMountedAspersor(at(1, 3), nozzle)->mount_on(machine),
+                  RuntimeError::SubscriptOutOfRange);
+    EXPECT_RAISES(
+        makeMountedAspersor(CoordenadasSaidas::shared()->newEndGunCoordenadas(), nozzle)->mount_on(machine),
+        RuntimeError::SubscriptOutOfRange);
     for (const auto& outlet : machine.Tramos(1).Saidas) {
         EXPECT_EQ(outlet.obj_aspersor, nullptr);
     }

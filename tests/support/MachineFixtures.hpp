@@ -13,11 +13,13 @@ namespace caudalis::testing {
 /// A span made by `Tramos::newTramo` with the given length, diameter and outlet spacing.
 tramo makeSpan(Long id, Double length, Double diameter, Double spacingCm);
 
-/// A pivot with the given spans laid over `endHeights` from the centre elevation `cota`.
+/// A pivot with the given spans laid over `endHeights` from the centre elevation `cota`, an
+/// inlet pressure of 200, a design flow of 10 and a roughness of 140.
 pivot makePivot(const std::vector<tramo>& spans, const std::vector<Double>& endHeights, Double cota = 0.0);
 
 /// A nozzle following flow = a * pressure^b, valid between pmin and pmax.
-std::shared_ptr<Aspersor> makeNozzle(const String& name, Double a, Double b, Double pmin = 50, Double pmax = 400);
+std::shared_ptr<Aspersor> makeNozzle(const String& name, Double a, Double b, Double pmin = 50,
+                                     Double pmax = 400);
 
 /// One call of `aspersorFor` as the strategy saw it.
 struct StrategyCall {

@@ -1,15 +1,14 @@
 #include "ActualMarch.hpp"
 
 #include "OutletCount.hpp"
+#include "SpanWalk.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/core/Checked.hpp"
 #include "caudalis/core/Doubles.hpp"
 #include "caudalis/hydraulics/CalculosStrategy.hpp"
 #include "caudalis/hydraulics/Drops.hpp"
 #include "caudalis/hydraulics/PivotWrapper.hpp"
-#include "caudalis/machine/HazenWilliams.hpp"
 #include "caudalis/machine/Pivots.hpp"
-#include "caudalis/machine/Types.hpp"
 
 namespace caudalis {
 
@@ -23,7 +22,6 @@ ActualMarch::ActualMarch(PivotWrapper& wrapper, pivot& machine, const Drop& drop
       drop_(drop),
       chooser_(wrapper.strategy()),
       pivots_(Pivots::shared()),
-      placements_(Types::placementsInstance()),
       doubles_(Doubles::shared()),
       drops_(Drops::shared()) {}
 
@@ -53,37 +51,21 @@ Double ActualMarch::alongPivot(Double inflow) {
 
 void ActualMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double start) {
     aTramo.entry_conditions = cond;
-    double p = cond.pressao;
-    double q = cond.caudal;
-    double prevCota = aTramo.site.start_cota;
-    double dist = start;
-    double walked = 0.0;
-    const double s = aTramo.separacionSaidas;
+    SpanWalk walk(aTramo, cond, start);
     const double roughness = machine_.rugosidad;
-    const double dz = mul(placements_->Slope(aTramo.site), s);
-    const double dzP = mul(dz, 10.0);
     const Integer outlets = outletLoopCount(aTramo);
     for (Integer j = 1; j <= outlets; ++j) {
         saida& outlet = aTramo.Saidas(j);
-        outlet.distanciaAoPivot = add(dist, s);
-        const double unitLoss = hazenWilliamsLoss(doubles_->Max(0.0, q), aTramo.diametro, roughness);
-        const double friction = mul(mul(s, 10.0), unitLoss);
+        outlet.distanciaAoPivot = walk.nextDistance();
+        const double friction = mul(mul(walk.spacing(), 10.0), walk.unitLoss(roughness));
         const double dropLoss = drops_->PressureLoss(drop_, outlet.caudal);
-        const double pPipe = sub(sub(p, dzP), friction);
+        const double pPipe = sub(sub(walk.pressure(), walk.risePressure()), friction);
         const double pReal = doubles_->Max(0.0, sub(pPipe, dropLoss));
         const double pAct = aTramo.temRegulador ? aTramo.regulador.Preg : pReal;
         evaluateSaida(outlet, pReal, pAct);
-        walked = add(walked, s);
-        outlet.cota = add(prevCota, dz);
-        p = pPipe;
-        q = sub(q, outlet.caudal_do_aspersor);
-        prevCota = outlet.cota;
-        dist = outlet.distanciaAoPivot;
+        walk.passOutlet(outlet, pPipe, outlet.caudal_do_aspersor);
     }
-    const double endP = mul(sub(aTramo.site.end_cota, prevCota), 10.0);
-    const double unitLoss = hazenWilliamsLoss(doubles_->Max(0.0, q), aTramo.diametro, roughness);
-    const double friction = mul(mul(unitLoss, sub(aTramo.longitude, walked)), 10.0);
-    aTramo.exit_condition = pivots_->newParPressaoCaudal(sub(sub(p, endP), friction), q);
+    aTramo.exit_condition = walk.exitConditions(walk.endStretchFriction(roughness));
 }
 
 void ActualMarch::evaluateSaida(saida& outlet, Double pReal, Double pAct) {

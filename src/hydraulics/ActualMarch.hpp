@@ -11,7 +11,6 @@ class Doubles;
 class Drops;
 class Pivots;
 class PivotWrapper;
-class Types;
 
 /// One pass of the actual march: pressure and sprinkler flow outlet by outlet from the pivot
 /// outwards, with friction, elevation, drop-hose loss, regulators and the end gun.
@@ -33,7 +32,6 @@ private:
     const Drop& drop_;
     std::shared_ptr<CalculosStrategy> chooser_;
     std::shared_ptr<Pivots> pivots_;
-    std::shared_ptr<Types> placements_;
     std::shared_ptr<Doubles> doubles_;
     std::shared_ptr<Drops> drops_;
 };

@@ -18,10 +18,13 @@ bool Drops::isValid(const Drop& self) const {
     return self.diametro > 0 && self.p_pipe_material_id >= 1 && self.longitud > 0;
 }
 
-bool Drops::Differs(const Drop& self, const Drop& other) const { return !Equals(self, other); }
+bool Drops::Differs(const Drop& self, const Drop& other) const {
+    return !Equals(self, other);
+}
 
 bool Drops::Equals(const Drop& self, const Drop& other) const {
-    return self.diametro == other.diametro && self.p_is_null == other.p_is_null && self.longitud == other.longitud &&
+    return self.diametro == other.diametro && self.p_is_null == other.p_is_null &&
+           self.longitud == other.longitud &&
            PipeMaterials::shared()->Equals(self.pipe_material, Variant::record(other.pipe_material));
 }
 
@@ -56,9 +59,13 @@ void Drops::Install(Drop& self) const {
     self.p_installed = true;
 }
 
-void Drops::Uninstall(Drop& self) const { self.p_installed = false; }
+void Drops::Uninstall(Drop& self) const {
+    self.p_installed = false;
+}
 
-bool Drops::IsInstalled(const Drop& self) const { return self.p_installed; }
+bool Drops::IsInstalled(const Drop& self) const {
+    return self.p_installed;
+}
 
 bool Drops::IsEmpty(const Drop& self) const {
     return Equals(self, newDrop(0, 0, PipeMaterials::shared()->NullPipeMaterial())) || self.p_is_null;

@@ -6,10 +6,8 @@
 
 namespace caudalis {
 
-class Doubles;
 class Drops;
 class Pivots;
-class Types;
 
 /// The ideal operation mode: every outlet's required flow (its share of the design inflow in
 /// proportion to the ring it waters) and the pressures that flow would give.
@@ -28,8 +26,6 @@ private:
     pivot& machine_;
     const Drop& drop_;
     std::shared_ptr<Pivots> pivots_;
-    std::shared_ptr<Types> placements_;
-    std::shared_ptr<Doubles> doubles_;
     std::shared_ptr<Drops> drops_;
 };
 

@@ -5,6 +5,8 @@
 
 namespace caudalis {
 
-Integer outletLoopCount(tramo& aTramo) { return Variant(Tramos::shared()->OutletCount(aTramo)).toInteger(); }
+Integer outletLoopCount(tramo& aTramo) {
+    return Variant(Tramos::shared()->OutletCount(aTramo)).toInteger();
+}
 
 }  // namespace caudalis

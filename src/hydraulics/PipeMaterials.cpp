@@ -9,7 +9,9 @@ std::shared_ptr<PipeMaterials> PipeMaterials::shared() {
     return instance.get();
 }
 
-PipeMaterial PipeMaterials::NullPipeMaterial() const { return PipeMaterial{}; }
+PipeMaterial PipeMaterials::NullPipeMaterial() const {
+    return PipeMaterial{};
+}
 
 bool PipeMaterials::Equals(const PipeMaterial& self, const Variant& other) const {
     return other.holdsRecord<PipeMaterial>() && other.toRecord<PipeMaterial>().id == self.id;

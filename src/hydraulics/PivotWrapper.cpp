@@ -42,26 +42,42 @@ void PivotWrapper::aplicaReguladores(const CollectionRef& reguladores) {
     carta()->setReguladores(reguladores);
 }
 
-void PivotWrapper::setIndicadores(const indicadores& aIndicadores) { carta()->setIndicadores(aIndicadores); }
+void PivotWrapper::setIndicadores(const indicadores& aIndicadores) {
+    carta()->setIndicadores(aIndicadores);
+}
 
-indicadores PivotWrapper::getIndicadores() { return carta()->getIndicadores(); }
+indicadores PivotWrapper::getIndicadores() {
+    return carta()->getIndicadores();
+}
 
 Variant PivotWrapper::setPluviometriaCheck(const PluviometryCheck& apluviometria) {
     carta()->setPluviometriaCheck(apluviometria);
     return Variant();
 }
 
-PluviometryCheck PivotWrapper::getPluviometriaCheck() { return carta()->getPluviometriaCheck(); }
+PluviometryCheck PivotWrapper::getPluviometriaCheck() {
+    return carta()->getPluviometriaCheck();
+}
 
-void PivotWrapper::setEndGunBoost(Double boost) { carta()->setEndGunBoost(boost); }
+void PivotWrapper::setEndGunBoost(Double boost) {
+    carta()->setEndGunBoost(boost);
+}
 
-Double PivotWrapper::getEndGunBoost() { return carta()->getEndGunBoost(); }
+Double PivotWrapper::getEndGunBoost() {
+    return carta()->getEndGunBoost();
+}
 
-void PivotWrapper::setDrop(const Drop& aDrop) { carta()->setDrop(aDrop); }
+void PivotWrapper::setDrop(const Drop& aDrop) {
+    carta()->setDrop(aDrop);
+}
 
-void PivotWrapper::installDrop() { carta()->installDrop(); }
+void PivotWrapper::installDrop() {
+    carta()->installDrop();
+}
 
-void PivotWrapper::uninstallDrop() { carta()->uninstalDrop(); }
+void PivotWrapper::uninstallDrop() {
+    carta()->uninstalDrop();
+}
 
 Drop PivotWrapper::getDrop() {
     try {
@@ -71,23 +87,37 @@ Drop PivotWrapper::getDrop() {
     }
 }
 
-void PivotWrapper::apply(PivotApplier& applier) { applier.apply(pivot_); }
+void PivotWrapper::apply(PivotApplier& applier) {
+    applier.apply(pivot_);
+}
 
-void PivotWrapper::setTimeForCompleteRevolution(Double tempo_revolucao) { pivot_.caixa.tempoH100 = tempo_revolucao; }
+void PivotWrapper::setTimeForCompleteRevolution(Double tempo_revolucao) {
+    pivot_.caixa.tempoH100 = tempo_revolucao;
+}
 
-Double PivotWrapper::getLongitudeTotal() { return Pivots::shared()->AllSpanLenght(pivot_); }
+Double PivotWrapper::getLongitudeTotal() {
+    return Pivots::shared()->AllSpanLenght(pivot_);
+}
 
-Long PivotWrapper::numeroTotalDeSaidas() { return Pivots::shared()->FixedSpanOutletCount(pivot_).toLong(); }
+Long PivotWrapper::numeroTotalDeSaidas() {
+    return Pivots::shared()->FixedSpanOutletCount(pivot_).toLong();
+}
 
 Double PivotWrapper::pluviosidadeMaxima(const PivotSample& Sample) {
     return Pivots::shared()->pluviosidadeMaxima(pivot_, Sample);
 }
 
-bool PivotWrapper::hasEndGun() { return Pivots::shared()->hasEndGun(pivot_); }
+bool PivotWrapper::hasEndGun() {
+    return Pivots::shared()->hasEndGun(pivot_);
+}
 
-Double PivotWrapper::totalComputedDischarge() const { return pivot_.caudaDaCartaAssociada; }
+Double PivotWrapper::totalComputedDischarge() const {
+    return pivot_.caudaDaCartaAssociada;
+}
 
-saida PivotWrapper::saidaAt(Long index) { return Pivots::shared()->saidaAt(pivot_, index); }
+saida PivotWrapper::saidaAt(Long index) {
+    return Pivots::shared()->saidaAt(pivot_, index);
+}
 
 ParPressaoCaudal PivotWrapper::getPressaoCaudalAt(const CoordenadasSaida& coordenadas) {
     const saida* outlet = outletAt(coordenadas);
@@ -134,12 +164,13 @@ void PivotWrapper::addTramoSamples(tramo& aTramo, BoundedArray<WaterDepthSample>
     }
 }
 
-void PivotWrapper::addSaidaSample(const saida& aSaida, Double coroaLength, BoundedArray<WaterDepthSample>& samples,
-                                  bool ideal) const {
+void PivotWrapper::addSaidaSample(const saida& aSaida, Double coroaLength,
+                                  BoundedArray<WaterDepthSample>& samples, bool ideal) const {
     const auto types = Types::saidasInstance();
     const double revolutionTime = pivot_.caixa.tempoH100;
-    const WaterDepthSample sample = ideal ? types->IdealWaterDepthSample(aSaida, coroaLength, revolutionTime)
-                                          : types->ActualWaterDepthSample(aSaida, coroaLength, revolutionTime);
+    const WaterDepthSample sample = ideal
+                                        ? types->IdealWaterDepthSample(aSaida, coroaLength, revolutionTime)
+                                        : types->ActualWaterDepthSample(aSaida, coroaLength, revolutionTime);
     Arrays::shared()->Push(samples, sample);
 }
 
@@ -218,16 +249,22 @@ Double PivotWrapper::idealContinuosPressureLossForTramo(Integer order) {
     return pivot_.tramoVOladizo.perdaDeCargaIdeal;
 }
 
-Double PivotWrapper::idealEndGunDischarge() const { return pivot_.endGun.saida.caudal; }
+Double PivotWrapper::idealEndGunDischarge() const {
+    return pivot_.endGun.saida.caudal;
+}
 
-void PivotWrapper::computeIdealOperationMode() { idealMarchAlongPivot(effectiveDrop()); }
+void PivotWrapper::computeIdealOperationMode() {
+    idealMarchAlongPivot(effectiveDrop());
+}
 
 void PivotWrapper::calculaEndGunIdeal(Gun& aGun, const ParPressaoCaudal& initial_conditions) {
     const Drop none = Drops::shared()->createNull();
     IdealMarch(pivot_, none).endGun(aGun, initial_conditions);
 }
 
-void PivotWrapper::update(pivot& toUpdate) const { toUpdate = pivot_; }
+void PivotWrapper::update(pivot& toUpdate) const {
+    toUpdate = pivot_;
+}
 
 Drop PivotWrapper::effectiveDrop() {
     const Drop drop = getDrop();
@@ -235,7 +272,9 @@ Drop PivotWrapper::effectiveDrop() {
     return drops->IsInstalled(drop) ? drop : drops->createNull();
 }
 
-void PivotWrapper::idealMarchAlongPivot(const Drop& drop) { IdealMarch(pivot_, drop).alongPivot(); }
+void PivotWrapper::idealMarchAlongPivot(const Drop& drop) {
+    IdealMarch(pivot_, drop).alongPivot();
+}
 
 void PivotWrapper::clearReguladores() {
     const auto pivots = Pivots::shared();

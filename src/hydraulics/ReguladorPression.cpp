@@ -5,7 +5,9 @@
 
 namespace caudalis {
 
-void ReguladorPression::apply_to(PivotWrapper& pivot_wrapper) { pivot_wrapper.apply(*this); }
+void ReguladorPression::apply_to(PivotWrapper& pivot_wrapper) {
+    pivot_wrapper.apply(*this);
+}
 
 void ReguladorPression::apply(pivot& apivot) {
     if (targetsOverhang(apivot)) {

@@ -418,3 +418,27 @@ TEST(Pivots, NewParPressaoCaudal) {
     EXPECT_EQ(pair.pressao, 250);
     EXPECT_EQ(pair.caudal, 12.5);
 }
+
+TEST(Pivots, OutletCountsBeyondTheIntegerRangeOverflow) {
+    pivot machine = countedMachine();
+    machine.Tramos(1).p_outlet_count = 20000;
+    machine.Tramos(2).p_outlet_count = 20000;
+    EXPECT_EQ(pivots()->FixedSpanOutletCount(machine).toDouble(), 40000);
+    EXPECT_RAISES(pivots()->AllSpanOutletCount(machine), RuntimeError::Overflow);
+    EXPECT_RAISES(pivots()->saida2TramoeSaida(machine, 32767), RuntimeError::Overflow);
+}
+
+TEST(Pivots, AllOutletCountOverflowsWithTheEndGun) {
+    pivot machine = countedMachine();
+    machine.Tramos(1).p_outlet_count = 32754;
+    EXPECT_EQ(pivots()->AllSpanOutletCount(machine), 32767);
+    EXPECT_RAISES(pivots()->AllOutletCount(machine), RuntimeError::Overflow);
+}
+
+TEST(Pivots, SaidaAtASpanWithoutOutletsIsOutOfRange) {
+    pivot machine = newPivot();
+    tramo unsized;
+    unsized.p_outlet_count = 4;
+    machine.Tramos = spanList({unsized});
+    EXPECT_RAISES(pivots()->saidaAt(machine, 2), RuntimeError::SubscriptOutOfRange);
+}

@@ -21,7 +21,9 @@ std::string standardErrorText(std::int32_t number) {
             return "Division by zero";
         case RuntimeError::TypeMismatch:
             return "Type mismatch";
-        case RuntimeError::InvalidUseOfNull:
+        case RuntimeError::ObjectNotSet:
+        return "Object variable or With block variable not set";
+    case RuntimeError::InvalidUseOfNull:
             return "Invalid use of Null";
         case RuntimeError::KeyAlreadyAssociated:
             return "This key is already associated with an element of this collection";

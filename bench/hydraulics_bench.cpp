@@ -1,0 +1,122 @@
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <cstdlib>
+#include <new>
+
+#include "caudalis/catalogue/AspersoresStatic.hpp"
+#include "caudalis/caudalis.hpp"
+#include "caudalis/charts/CartaAspersores.hpp"
+#include "caudalis/hydraulics/CalculosStrategy.hpp"
+#include "caudalis/hydraulics/Drops.hpp"
+#include "caudalis/hydraulics/PivotWrapper.hpp"
+#include "caudalis/machine/Pivots.hpp"
+#include "caudalis/machine/Tramos.hpp"
+#include "caudalis/machine/Types.hpp"
+
+namespace {
+
+std::atomic<long long> allocations{0};
+
+}  // namespace
+
+// The replacement operator new allocates with malloc, so free is the matching release.
+#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
+
+// Counts every allocation of the program, so that the marches can report allocations per outlet.
+void* operator new(std::size_t size) {
+    allocations.fetch_add(1, std::memory_order_relaxed);
+    if (void* memory = std::malloc(size == 0 ? 1 : size)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+    std::free(memory);
+}
+
+namespace {
+
+using namespace caudalis;
+
+/// Returns one fixed nozzle for every outlet and counts the outlets it is asked about.
+class FixedNozzleStrategy : public CalculosStrategy {
+public:
+    explicit FixedNozzleStrategy(std::shared_ptr<Aspersor> nozzle) : nozzle_(std::move(nozzle)) {}
+    std::shared_ptr<Aspersor> aspersorFor(const saida& /*aSaida*/) override {
+        ++outlets;
+        return nozzle_;
+    }
+    std::shared_ptr<CartaAspersores> carta() override { return chart_; }
+    long long outlets = 0;
+
+private:
+    std::shared_ptr<Aspersor> nozzle_;
+    std::shared_ptr<CartaAspersores> chart_ = makeCartaAspersores();
+};
+
+/// Twenty spans of 50 m with an outlet every metre (1,000 outlets) over rolling ground.
+pivot thousandOutletMachine() {
+    BoundedArray<tramo> spans(1, 20);
+    BoundedArray<Double> heights(1, 20);
+    for (Long i = 1; i <= 20; ++i) {
+        spans(i) = Tramos::shared()->newTramo(i, "span", 50, 168, 100);
+        heights(i) = 100 + 3 * std::sin(i / 3.0);
+    }
+    pivot machine;
+    machine.cota = 100;
+    machine.presion = 400;
+    machine.caudal = 60;
+    machine.rugosidad = 140;
+    Pivots::shared()->setFixedSpans(machine, spans, heights);
+    return machine;
+}
+
+std::shared_ptr<PivotWrapper> wrappedMachine(const std::shared_ptr<FixedNozzleStrategy>& strategy) {
+    auto wrapper = Statics::application()->newPivotWrapper(thousandOutletMachine(), strategy);
+    wrapper->setDrop(Drops::shared()->newDrop(20, 2.5, PipeMaterial{1, "hose", 140}));
+    wrapper->installDrop();
+    return wrapper;
+}
+
+std::shared_ptr<Aspersor> benchNozzle() {
+    modelo model;
+    model.nome = "bench";
+    return AspersoresStatic().newAspersor("bench nozzle", 0.0045, 0.5, 50, 500, 0.03, 0.1, model);
+}
+
+void BM_MarchPasses(benchmark::State& state) {
+    auto strategy = std::make_shared<FixedNozzleStrategy>(benchNozzle());
+    auto wrapper = wrappedMachine(strategy);
+    const Drop drop = wrapper->getDrop();
+    long long allocated = 0;
+    for (auto _ : state) {
+        const long long before = allocations.load();
+        wrapper->compute(*strategy, drop);
+        allocated += allocations.load() - before;
+    }
+    state.SetItemsProcessed(strategy->outlets);
+    state.counters["allocations_per_outlet"] =
+        static_cast<double>(allocated) / static_cast<double>(std::max(1LL, strategy->outlets));
+}
+BENCHMARK(BM_MarchPasses)->Unit(benchmark::kMicrosecond);
+
+void BM_CalculateToConvergence(benchmark::State& state) {
+    auto strategy = std::make_shared<FixedNozzleStrategy>(benchNozzle());
+    auto wrapper = wrappedMachine(strategy);
+    for (auto _ : state) {
+        wrapper->calculate();
+    }
+    state.counters["passes_per_calculate"] =
+        static_cast<double>(strategy->outlets) / (1000.0 * static_cast<double>(state.iterations()));
+}
+BENCHMARK(BM_CalculateToConvergence)->Unit(benchmark::kMicrosecond);
+
+}  // namespace

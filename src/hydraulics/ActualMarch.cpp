@@ -1,0 +1,94 @@
+#include "ActualMarch.hpp"
+
+#include "OutletCount.hpp"
+#include "SpanWalk.hpp"
+#include "caudalis/catalogue/Aspersor.hpp"
+#include "caudalis/core/Checked.hpp"
+#include "caudalis/core/Doubles.hpp"
+#include "caudalis/hydraulics/CalculosStrategy.hpp"
+#include "caudalis/hydraulics/Drops.hpp"
+#include "caudalis/hydraulics/PivotWrapper.hpp"
+#include "caudalis/machine/Pivots.hpp"
+
+namespace caudalis {
+
+using checked::add;
+using checked::mul;
+using checked::sub;
+
+ActualMarch::ActualMarch(PivotWrapper& wrapper, pivot& machine, const Drop& drop)
+    : wrapper_(wrapper),
+      machine_(machine),
+      drop_(drop),
+      chooser_(wrapper.strategy()),
+      pivots_(Pivots::shared()),
+      doubles_(Doubles::shared()),
+      drops_(Drops::shared()) {}
+
+Double ActualMarch::alongPivot(Double inflow) {
+    ParPressaoCaudal cond = pivots_->newParPressaoCaudal(machine_.presion, inflow);
+    double total = 0.0;
+    const Integer spans = pivots_->FixedSpansCount(machine_);
+    for (Integer i = 1; i <= spans; ++i) {
+        tramo& span = machine_.Tramos(i);
+        alongTramo(span, cond, pivots_->tramoAte(machine_, static_cast<Integer>(i - 1)));
+        cond = span.exit_condition;
+        total = add(total, sub(span.entry_conditions.caudal, span.exit_condition.caudal));
+    }
+    if (pivots_->hasOverHang(machine_)) {
+        tramo& overhang = machine_.tramoVOladizo;
+        alongTramo(overhang, cond, pivots_->tramoAte(machine_, spans));
+        cond = overhang.exit_condition;
+        total = add(total, sub(overhang.entry_conditions.caudal, overhang.exit_condition.caudal));
+    }
+    if (pivots_->hasEndGun(machine_)) {
+        computeEndGun(machine_.endGun, cond);
+        total = add(total, machine_.endGun.saida.caudal_do_aspersor);
+    }
+    machine_.caudaDaCartaAssociada = total;
+    return total;
+}
+
+void ActualMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double start) {
+    aTramo.entry_conditions = cond;
+    SpanWalk walk(aTramo, cond, start);
+    const double roughness = machine_.rugosidad;
+    const Integer outlets = outletLoopCount(aTramo);
+    for (Integer j = 1; j <= outlets; ++j) {
+        saida& outlet = aTramo.Saidas(j);
+        outlet.distanciaAoPivot = walk.nextDistance();
+        const double friction = mul(mul(walk.spacing(), 10.0), walk.unitLoss(roughness));
+        const double dropLoss = drops_->PressureLoss(drop_, outlet.caudal);
+        const double pPipe = sub(sub(walk.pressure(), walk.risePressure()), friction);
+        const double pReal = doubles_->Max(0.0, sub(pPipe, dropLoss));
+        const double pAct = aTramo.temRegulador ? aTramo.regulador.Preg : pReal;
+        evaluateSaida(outlet, pReal, pAct);
+        walk.passOutlet(outlet, pPipe, outlet.caudal_do_aspersor);
+    }
+    aTramo.exit_condition = walk.exitConditions(walk.endStretchFriction(roughness));
+}
+
+void ActualMarch::evaluateSaida(saida& outlet, Double pReal, Double pAct) {
+    outlet.pressao_real = pReal;
+    outlet.pressao_actuante = pAct;
+    if (!chooser_) {
+        raiseError(RuntimeError::ObjectNotSet);
+    }
+    auto chosen = chooser_->aspersorFor(outlet);
+    if (!chosen) {
+        outlet.obj_aspersor = nullptr;
+        outlet.caudal_do_aspersor = 0.0;
+        outlet.over_pressure = false;
+        return;
+    }
+    outlet.caudal_do_aspersor = chosen->calculate(pAct);
+    outlet.over_pressure = chosen->isHighPressure(pAct);
+    outlet.obj_aspersor = std::move(chosen);
+}
+
+void ActualMarch::computeEndGun(Gun& gun, const ParPressaoCaudal& cond) {
+    const double boost = wrapper_.getEndGunBoost();
+    evaluateSaida(gun.saida, cond.pressao, add(cond.pressao, boost));
+}
+
+}  // namespace caudalis

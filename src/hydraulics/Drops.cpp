@@ -1,0 +1,74 @@
+#include "caudalis/hydraulics/Drops.hpp"
+
+#include "caudalis/core/Checked.hpp"
+#include "caudalis/core/Errors.hpp"
+#include "caudalis/core/Exceptions.hpp"
+#include "caudalis/core/LazyInstance.hpp"
+#include "caudalis/hydraulics/PipeMaterials.hpp"
+#include "caudalis/machine/HazenWilliams.hpp"
+
+namespace caudalis {
+
+std::shared_ptr<Drops> Drops::shared() {
+    static LazyInstance<Drops> instance;
+    return instance.get();
+}
+
+bool Drops::isValid(const Drop& self) const {
+    return self.diametro > 0 && self.p_pipe_material_id >= 1 && self.longitud > 0;
+}
+
+bool Drops::Differs(const Drop& self, const Drop& other) const {
+    return !Equals(self, other);
+}
+
+bool Drops::Equals(const Drop& self, const Drop& other) const {
+    return self.diametro == other.diametro && self.p_is_null == other.p_is_null &&
+           self.longitud == other.longitud &&
+           PipeMaterials::shared()->Equals(self.pipe_material, Variant::record(other.pipe_material));
+}
+
+Double Drops::PressureLoss(const Drop& self, Double discharge) const {
+    if (self.p_is_null) {
+        return 0.0;
+    }
+    const double coefficient = static_cast<double>(self.pipe_material.rugosidade);
+    const double unitLoss = hazenWilliamsLoss(discharge, self.diametro, coefficient);
+    return checked::mul(unitLoss, self.longitud);
+}
+
+Drop Drops::createNull() const {
+    Drop result;
+    result.p_is_null = true;
+    return result;
+}
+
+Drop Drops::newDrop(Double diameter, Double longitud, const PipeMaterial& pipe_material) const {
+    Drop result;
+    result.longitud = longitud;
+    result.diametro = diameter;
+    result.pipe_material = pipe_material;
+    result.p_pipe_material_id = pipe_material.id;
+    return result;
+}
+
+void Drops::Install(Drop& self) const {
+    if (!isValid(self)) {
+        Exceptions::shared()->throw_(Variant(errorNumber(DropException::DropIncompleteException)));
+    }
+    self.p_installed = true;
+}
+
+void Drops::Uninstall(Drop& self) const {
+    self.p_installed = false;
+}
+
+bool Drops::IsInstalled(const Drop& self) const {
+    return self.p_installed;
+}
+
+bool Drops::IsEmpty(const Drop& self) const {
+    return Equals(self, newDrop(0, 0, PipeMaterials::shared()->NullPipeMaterial())) || self.p_is_null;
+}
+
+}  // namespace caudalis

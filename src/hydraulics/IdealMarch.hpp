@@ -1,0 +1,32 @@
+#pragma once
+
+#include <memory>
+
+#include "caudalis/core/Records.hpp"
+
+namespace caudalis {
+
+class Drops;
+class Pivots;
+
+/// The ideal operation mode: every outlet's required flow (its share of the design inflow in
+/// proportion to the ring it waters) and the pressures that flow would give.
+class IdealMarch {
+public:
+    IdealMarch(pivot& machine, const Drop& drop);
+
+    /// One pass from the pivot outwards over spans, overhang and end gun.
+    void alongPivot();
+    /// Required flow and ideal pressure of the end gun.
+    void endGun(Gun& aGun, const ParPressaoCaudal& initial_conditions) const;
+
+private:
+    void alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double start) const;
+
+    pivot& machine_;
+    const Drop& drop_;
+    std::shared_ptr<Pivots> pivots_;
+    std::shared_ptr<Drops> drops_;
+};
+
+}  // namespace caudalis

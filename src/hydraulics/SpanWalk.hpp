@@ -1,0 +1,44 @@
+#pragma once
+
+#include "caudalis/core/Records.hpp"
+
+namespace caudalis {
+
+/// The state of a march along one span, outlet after outlet: pressure and flow in the pipe,
+/// the elevation and distance of the last outlet and the length walked. The ideal and the
+/// actual march share it; each computes its own outlet values.
+class SpanWalk {
+public:
+    /// Starts at the span's entry with `cond`, `start` metres from the pivot centre.
+    SpanWalk(tramo& aTramo, const ParPressaoCaudal& cond, Double start);
+
+    /// Pressure and flow in the pipe before the next outlet.
+    Double pressure() const noexcept { return p_; }
+    Double flow() const noexcept { return q_; }
+    /// Outlet spacing, and the pressure lost to the rise of one outlet interval.
+    Double spacing() const noexcept { return s_; }
+    Double risePressure() const noexcept { return dzP_; }
+    /// Distance from the centre of the next outlet.
+    Double nextDistance() const;
+    /// Hazen-Williams loss per metre of the current pipe flow (never below zero flow).
+    Double unitLoss(Double roughness) const;
+    /// Moves past `outlet`, which leaves `pPipe` in the pipe and takes `consumed` from it.
+    void passOutlet(saida& outlet, Double pPipe, Double consumed);
+    /// Friction of the stretch from the last outlet to the span's end.
+    Double endStretchFriction(Double roughness) const;
+    /// Pressure and flow at the span's end, after `friction`.
+    ParPressaoCaudal exitConditions(Double friction) const;
+
+private:
+    const tramo& tramo_;
+    Double p_;
+    Double q_;
+    Double prevCota_;
+    Double dist_;
+    Double walked_ = 0.0;
+    Double s_;
+    Double dz_;
+    Double dzP_;
+};
+
+}  // namespace caudalis

@@ -16,3 +16,8 @@
 #include "caudalis/core/Records.hpp"
 #include "caudalis/core/Statics.hpp"
 #include "caudalis/core/Variant.hpp"
+#include "caudalis/db/Connection.hpp"
+#include "caudalis/db/DatabaseErrors.hpp"
+#include "caudalis/db/Recordset.hpp"
+#include "caudalis/db/SqlText.hpp"
+#include "caudalis/db/TableSchema.hpp"

@@ -53,7 +53,7 @@ std::string innerJoin(const BoundedArray<Variant>& tables, Integer lastIndex) {
         raiseError(RuntimeError::Overflow);
     }
     std::string joined = tables(0).toString();
-    for (Integer i = 1; i <= lastIndex; ++i) {
+    for (Long i = 1; i <= lastIndex; ++i) {
         joined = "(" + joined + " INNER JOIN " + tables(i).toString() + ")";
     }
     return joined;

@@ -1,12 +1,12 @@
 #include "caudalis/db/ConnectionSettings.hpp"
 
-#include "TextCase.hpp"
+#include "TextHelpers.hpp"
 #include "caudalis/core/NumberText.hpp"
 
 namespace caudalis {
 namespace {
 
-using textcase::lowerCase;
+using texthelpers::lowerCase;
 
 constexpr std::string_view providerKey = "provider";
 constexpr std::string_view dataSourceKey = "data source";

@@ -1,6 +1,6 @@
 #include "caudalis/db/Recordset.hpp"
 
-#include "TextCase.hpp"
+#include "TextHelpers.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/db/DatabaseCursor.hpp"
 #include "caudalis/db/DatabaseErrors.hpp"
@@ -39,7 +39,7 @@ Variant Recordset::Fields(const std::string& name) const {
 
 std::size_t Recordset::fieldIndex(const std::string& name) const {
     for (std::size_t i = 0; i < names_.size(); ++i) {
-        if (textcase::equalsIgnoringCase(names_[i], name)) {
+        if (texthelpers::equalsIgnoringCase(names_[i], name)) {
             return i;
         }
     }

@@ -1,5 +1,6 @@
 #include "caudalis/db/SqlText.hpp"
 
+#include "TextHelpers.hpp"
 #include "caudalis/core/Arrays.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/core/NumberText.hpp"
@@ -74,11 +75,11 @@ std::string sqlBoolean(const Variant& value) {
 }
 
 std::string sqlQuote(const Variant& value) {
-    return "'" + value.toString() + "'";
+    return texthelpers::enclosed(value.toString(), '\'');
 }
 
 std::string sqlDate(const Variant& value) {
-    return "#" + value.toString() + "#";
+    return texthelpers::enclosed(value.toString(), '#');
 }
 
 std::string nullIf(const Variant& condition, const Variant& value) {

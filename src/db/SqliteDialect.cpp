@@ -3,7 +3,7 @@
 #include <cctype>
 #include <utility>
 
-#include "TextCase.hpp"
+#include "TextHelpers.hpp"
 
 namespace caudalis {
 namespace {
@@ -15,7 +15,7 @@ bool isWordCharacter(char c) {
 }
 
 std::string rewriteWord(std::string_view word) {
-    const std::string lower = textcase::lowerCase(word);
+    const std::string lower = texthelpers::lowerCase(word);
     if (lower == "@@identity") {
         return "last_insert_rowid()";
     }
@@ -36,7 +36,7 @@ std::string dateLiteral(std::string_view code, std::size_t start, std::size_t& e
         return {};
     }
     end = close + 1;
-    return "'" + std::string(code.substr(start + 1, close - start - 1)) + "'";
+    return texthelpers::enclosed(code.substr(start + 1, close - start - 1), '\'');
 }
 
 std::string bracketContent(const std::string& bracketed) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace caudalis::textcase {
+namespace caudalis::texthelpers {
 
 /// The text with ASCII letters in lower case.
 inline std::string lowerCase(std::string_view text) {
@@ -22,4 +22,12 @@ inline bool equalsIgnoringCase(std::string_view first, std::string_view second) 
                       [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
 }
 
-}  // namespace caudalis::textcase
+/// The text between two `mark` characters.
+inline std::string enclosed(std::string_view text, char mark) {
+    std::string result(1, mark);
+    result.append(text);
+    result += mark;
+    return result;
+}
+
+}  // namespace caudalis::texthelpers

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "caudalis/core/Object.hpp"
+#include "caudalis/db/Recordset.hpp"
+
+namespace caudalis {
+
+class DatabaseBackend;
+
+/// A connection to a relational database, shaped like the ADO object: set the connection
+/// string, `Open`, run statements of the Access (Jet) dialect one at a time with `Execute`,
+/// bracket them in transactions, `Close`.
+///
+/// Connection strings: `Provider=SQLite;Data Source=<file>` (keys in any case, blanks around
+/// keys and values allowed), a bare file path, or ":memory:". Closing or destroying a
+/// connection with an open transaction rolls the transaction back.
+class Connection : public Object {
+public:
+    Connection();
+    explicit Connection(std::string connectionString);
+    ~Connection() override;
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    /// Sets the connection string; `DatabaseError::ObjectOpen` while open.
+    void ConnectionString(const std::string& text);
+    const std::string& ConnectionString() const noexcept { return connectionString_; }
+
+    /// Opens the database named by the connection string; `DatabaseError::ObjectOpen` when
+    /// already open, `DatabaseError::ProviderNotFound` for an unknown engine.
+    void Open();
+    /// Sets the connection string and opens.
+    void Open(const std::string& connectionString);
+
+    /// Runs exactly one statement (a trailing ";" and blanks are allowed; a second statement
+    /// raises `DatabaseError::CharactersAfterStatement` and nothing runs).
+    std::shared_ptr<Recordset> Execute(const std::string& sql);
+
+    void BeginTrans();
+    void CommitTrans();
+    void RollbackTrans();
+
+    /// Rolls back an open transaction and closes; `DatabaseError::ObjectClosed` when closed.
+    void Close();
+    bool isOpen() const noexcept { return backend_ != nullptr; }
+
+private:
+    DatabaseBackend& backend() const;
+
+    std::string connectionString_;
+    std::unique_ptr<DatabaseBackend> backend_;
+};
+
+}  // namespace caudalis

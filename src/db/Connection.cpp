@@ -1,0 +1,82 @@
+#include "caudalis/db/Connection.hpp"
+
+#include <utility>
+
+#include "caudalis/db/ConnectionSettings.hpp"
+#include "caudalis/db/DatabaseBackend.hpp"
+#include "caudalis/db/DatabaseErrors.hpp"
+#include "caudalis/db/JetStatement.hpp"
+
+namespace caudalis {
+
+Connection::Connection() = default;
+
+Connection::Connection(std::string connectionString) : connectionString_(std::move(connectionString)) {}
+
+Connection::~Connection() {
+    try {
+        if (isOpen()) {
+            Close();
+        }
+    } catch (...) {
+        // The backend is released whatever happened; an engine abandons the transaction itself.
+    }
+}
+
+void Connection::ConnectionString(const std::string& text) {
+    if (isOpen()) {
+        raiseDatabaseError(DatabaseError::ObjectOpen);
+    }
+    connectionString_ = text;
+}
+
+void Connection::Open() {
+    if (isOpen()) {
+        raiseDatabaseError(DatabaseError::ObjectOpen);
+    }
+    backend_ = DatabaseBackend::open(ConnectionSettings::parse(connectionString_));
+}
+
+void Connection::Open(const std::string& connectionString) {
+    ConnectionString(connectionString);
+    Open();
+}
+
+std::shared_ptr<Recordset> Connection::Execute(const std::string& sql) {
+    DatabaseBackend& engine = backend();
+    const JetStatement statement(sql);
+    statement.requireSingleStatement();
+    const auto cursor = engine.execute(statement);
+    return std::make_shared<Recordset>(*cursor);
+}
+
+void Connection::BeginTrans() {
+    backend().beginTransaction();
+}
+
+void Connection::CommitTrans() {
+    backend().commitTransaction();
+}
+
+void Connection::RollbackTrans() {
+    backend().rollbackTransaction();
+}
+
+void Connection::Close() {
+    const std::unique_ptr<DatabaseBackend> closing = std::move(backend_);
+    if (!closing) {
+        raiseDatabaseError(DatabaseError::ObjectClosed);
+    }
+    if (closing->inTransaction()) {
+        closing->rollbackTransaction();
+    }
+}
+
+DatabaseBackend& Connection::backend() const {
+    if (!backend_) {
+        raiseDatabaseError(DatabaseError::ObjectClosed);
+    }
+    return *backend_;
+}
+
+}  // namespace caudalis

@@ -1,0 +1,34 @@
+#include "caudalis/db/DatabaseErrors.hpp"
+
+#include "caudalis/core/Error.hpp"
+
+namespace caudalis {
+
+std::string databaseErrorText(std::int32_t number) {
+    switch (number) {
+        case DatabaseError::InvalidStatement:
+            return "Invalid SQL statement; expected 'DELETE', 'INSERT', 'PROCEDURE', 'SELECT', or 'UPDATE'.";
+        case DatabaseError::CharactersAfterStatement:
+            return "Characters found after end of SQL statement.";
+        case DatabaseError::ItemNotFound:
+            return "Item cannot be found in the collection corresponding to the requested name or ordinal.";
+        case DatabaseError::ObjectClosed:
+            return "Operation is not allowed when the object is closed.";
+        case DatabaseError::ObjectOpen:
+            return "Operation is not allowed when the object is open.";
+        case DatabaseError::ProviderNotFound:
+            return "Provider cannot be found. It may not be properly installed.";
+        default:
+            return standardErrorText(number);
+    }
+}
+
+void raiseDatabaseError(std::int32_t number) {
+    raiseError(number, databaseErrorText(number));
+}
+
+void raiseEngineError(const std::string& message) {
+    raiseError(RuntimeError::DatabaseEngine, message);
+}
+
+}  // namespace caudalis

@@ -29,6 +29,7 @@
 #include "caudalis/db/DatabaseErrors.hpp"
 #include "caudalis/db/JetStatement.hpp"
 #include "caudalis/db/Recordset.hpp"
+#include "caudalis/db/SqlScript.hpp"
 #include "caudalis/db/SqlText.hpp"
 #include "caudalis/db/SqliteBackend.hpp"
 #include "caudalis/db/SqliteDialect.hpp"

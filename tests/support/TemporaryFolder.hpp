@@ -29,7 +29,7 @@ private:
         static std::atomic<int> counter{0};
         const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
         return std::filesystem::temp_directory_path() /
-               ("caudalis-db-" + std::to_string(stamp) + "-" + std::to_string(++counter));
+               ("caudalis-test-" + std::to_string(stamp) + "-" + std::to_string(++counter));
     }
 
     std::filesystem::path path_;

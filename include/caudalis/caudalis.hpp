@@ -11,6 +11,7 @@
 #include "caudalis/core/Checked.hpp"
 #include "caudalis/core/Collection.hpp"
 #include "caudalis/core/Comparator.hpp"
+#include "caudalis/core/Constants.hpp"
 #include "caudalis/core/Doubles.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/core/Errors.hpp"

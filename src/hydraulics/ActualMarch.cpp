@@ -4,6 +4,7 @@
 #include "SpanWalk.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/core/Checked.hpp"
+#include "caudalis/core/Constants.hpp"
 #include "caudalis/core/Doubles.hpp"
 #include "caudalis/hydraulics/CalculosStrategy.hpp"
 #include "caudalis/hydraulics/Drops.hpp"
@@ -57,7 +58,7 @@ void ActualMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double
     for (Integer j = 1; j <= outlets; ++j) {
         saida& outlet = aTramo.Saidas(j);
         outlet.distanciaAoPivot = walk.nextDistance();
-        const double friction = mul(mul(walk.spacing(), 10.0), walk.unitLoss(roughness));
+        const double friction = mul(mul(walk.spacing(), pressurePerMetre), walk.unitLoss(roughness));
         const double dropLoss = drops_->PressureLoss(drop_, outlet.caudal);
         const double pPipe = sub(sub(walk.pressure(), walk.risePressure()), friction);
         const double pReal = doubles_->Max(0.0, sub(pPipe, dropLoss));

@@ -3,6 +3,7 @@
 #include "OutletCount.hpp"
 #include "SpanWalk.hpp"
 #include "caudalis/core/Checked.hpp"
+#include "caudalis/core/Constants.hpp"
 #include "caudalis/hydraulics/Drops.hpp"
 #include "caudalis/machine/Pivots.hpp"
 
@@ -52,7 +53,7 @@ void IdealMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double 
     for (Integer j = 1; j <= outlets; ++j) {
         saida& outlet = aTramo.Saidas(j);
         outlet.distanciaAoPivot = walk.nextDistance();
-        const double friction = mul(mul(walk.unitLoss(roughness), s), 10.0);
+        const double friction = mul(mul(walk.unitLoss(roughness), s), pressurePerMetre);
         const double irrigated = pivots_->AllIrrigatedLenght(machine_);
         outlet.caudal = div(mul(mul(mul(2.0, outlet.distanciaAoPivot), s), machine_.caudal),
                             checked::pow(irrigated, 2.0));

@@ -1,6 +1,7 @@
 #include "SpanWalk.hpp"
 
 #include "caudalis/core/Checked.hpp"
+#include "caudalis/core/Constants.hpp"
 #include "caudalis/core/Doubles.hpp"
 #include "caudalis/machine/HazenWilliams.hpp"
 #include "caudalis/machine/Pivots.hpp"
@@ -20,7 +21,7 @@ SpanWalk::SpanWalk(tramo& aTramo, const ParPressaoCaudal& cond, Double start)
       dist_(start),
       s_(aTramo.separacionSaidas),
       dz_(mul(Types::placementsInstance()->Slope(aTramo.site), aTramo.separacionSaidas)),
-      dzP_(mul(dz_, 10.0)) {}
+      dzP_(mul(dz_, pressurePerMetre)) {}
 
 Double SpanWalk::nextDistance() const {
     return add(dist_, s_);
@@ -40,11 +41,11 @@ void SpanWalk::passOutlet(saida& outlet, Double pPipe, Double consumed) {
 }
 
 Double SpanWalk::endStretchFriction(Double roughness) const {
-    return mul(mul(unitLoss(roughness), sub(tramo_.longitude, walked_)), 10.0);
+    return mul(mul(unitLoss(roughness), sub(tramo_.longitude, walked_)), pressurePerMetre);
 }
 
 ParPressaoCaudal SpanWalk::exitConditions(Double friction) const {
-    const double endP = mul(sub(tramo_.site.end_cota, prevCota_), 10.0);
+    const double endP = mul(sub(tramo_.site.end_cota, prevCota_), pressurePerMetre);
     return Pivots::shared()->newParPressaoCaudal(sub(sub(p_, endP), friction), q_);
 }
 

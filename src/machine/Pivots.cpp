@@ -4,19 +4,13 @@
 
 #include "caudalis/core/Arrays.hpp"
 #include "caudalis/core/Checked.hpp"
+#include "caudalis/core/Constants.hpp"
 #include "caudalis/core/LazyInstance.hpp"
 #include "caudalis/machine/IntegerArithmetic.hpp"
 #include "caudalis/machine/Tramos.hpp"
 #include "caudalis/machine/Types.hpp"
 
 namespace caudalis {
-namespace {
-
-// pi as the library writes it everywhere: these 15 digits, not full precision.
-constexpr Double pi = 3.14159265358979;
-constexpr Double secondsPerHour = 3600;
-
-}  // namespace
 
 std::shared_ptr<Pivots> Pivots::shared() {
     static LazyInstance<Pivots> instance;

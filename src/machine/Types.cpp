@@ -3,18 +3,12 @@
 #include <cmath>
 
 #include "caudalis/core/Checked.hpp"
+#include "caudalis/core/Constants.hpp"
 #include "caudalis/core/Doubles.hpp"
 #include "caudalis/core/LazyInstance.hpp"
 #include "caudalis/evaluation/WaterDepths.hpp"
 
 namespace caudalis {
-namespace {
-
-// 2 pi as the library writes it everywhere: these 15 digits, not full precision.
-constexpr Double twoPi = 6.28318530717958;
-constexpr Double secondsPerHour = 3600;
-
-}  // namespace
 
 std::shared_ptr<Types> Types::application() {
     static LazyInstance<Types> instance;

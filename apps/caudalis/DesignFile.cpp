@@ -81,14 +81,8 @@ std::vector<SpanDescription> readSpans(JsonFields& root, double centreElevation)
 }
 
 std::optional<SpanDescription> readOverhang(JsonFields& root, long spanCount) {
-    const auto* object = root.optionalObject("overhang");
-    if (object == nullptr) {
-        return std::nullopt;
-    }
-    JsonFields fields(*object, root.pathOf("overhang"));
-    auto overhang = readSpanShape(fields, spanCount + 1, "Overhang");
-    fields.finish();
-    return overhang;
+    return root.optionalSection(
+        "overhang", [&](JsonFields& fields) { return readSpanShape(fields, spanCount + 1, "Overhang"); });
 }
 
 void requireOutletsInRange(const std::vector<SpanDescription>& spans,
@@ -104,16 +98,12 @@ void requireOutletsInRange(const std::vector<SpanDescription>& spans,
 }
 
 std::optional<EndGunDescription> readEndGun(JsonFields& root) {
-    const auto* object = root.optionalObject("end_gun");
-    if (object == nullptr) {
-        return std::nullopt;
-    }
-    JsonFields fields(*object, root.pathOf("end_gun"));
-    EndGunDescription gun;
-    gun.ringWidthM = fields.number("ring_width_m", NumberRule::Positive);
-    gun.boosterKpa = fields.optionalNumber("booster_kpa", NumberRule::NonNegative).value_or(0);
-    fields.finish();
-    return gun;
+    return root.optionalSection("end_gun", [](JsonFields& fields) {
+        EndGunDescription gun;
+        gun.ringWidthM = fields.number("ring_width_m", NumberRule::Positive);
+        gun.boosterKpa = fields.optionalNumber("booster_kpa", NumberRule::NonNegative).value_or(0);
+        return gun;
+    });
 }
 
 std::vector<RegulatorDescription> readRegulators(JsonFields& root, long spanCount) {
@@ -139,83 +129,74 @@ std::vector<RegulatorDescription> readRegulators(JsonFields& root, long spanCoun
     return regulators;
 }
 
+PipeMaterialDescription readPipeMaterial(JsonFields& fields) {
+    PipeMaterialDescription material;
+    material.id = fields.optionalWholeNumber("id", 1, maxId).value_or(1);
+    material.name = fields.text("name");
+    material.c = fields.wholeNumber("c", 1, 1000);
+    return material;
+}
+
 std::optional<DropDescription> readDrop(JsonFields& root) {
-    const auto* object = root.optionalObject("drop");
-    if (object == nullptr) {
-        return std::nullopt;
-    }
-    JsonFields fields(*object, root.pathOf("drop"));
-    DropDescription drop;
-    drop.diameterMm = fields.number("diameter_mm", NumberRule::Positive);
-    drop.lengthM = fields.number("length_m", NumberRule::Positive);
-    JsonFields material(fields.object("material"), fields.pathOf("material"));
-    drop.material.id = material.optionalWholeNumber("id", 1, maxId).value_or(1);
-    drop.material.name = material.text("name");
-    drop.material.c = material.wholeNumber("c", 1, 1000);
-    material.finish();
-    drop.installed = fields.flag("installed", true);
-    fields.finish();
-    return drop;
+    return root.optionalSection("drop", [](JsonFields& fields) {
+        DropDescription drop;
+        drop.diameterMm = fields.number("diameter_mm", NumberRule::Positive);
+        drop.lengthM = fields.number("length_m", NumberRule::Positive);
+        drop.material = fields.section("material", readPipeMaterial);
+        drop.installed = fields.flag("installed", true);
+        return drop;
+    });
 }
 
 IndicatorsDescription readIndicators(JsonFields& root, double revolutionTime) {
-    IndicatorsDescription indicators{revolutionTime, 0};
-    const auto* object = root.optionalObject("indicators");
-    if (object == nullptr) {
-        return indicators;
-    }
-    JsonFields fields(*object, root.pathOf("indicators"));
-    indicators.revolutionHours =
-        fields.optionalNumber("revolution_hours", NumberRule::Positive).value_or(revolutionTime);
-    indicators.blockedOutlets =
-        static_cast<int>(fields.optionalWholeNumber("blocked_outlets", 0, maxOutlets).value_or(0));
-    fields.finish();
-    return indicators;
+    const auto indicators = root.optionalSection("indicators", [&](JsonFields& fields) {
+        IndicatorsDescription read;
+        read.revolutionHours =
+            fields.optionalNumber("revolution_hours", NumberRule::Positive).value_or(revolutionTime);
+        read.blockedOutlets =
+            static_cast<int>(fields.optionalWholeNumber("blocked_outlets", 0, maxOutlets).value_or(0));
+        return read;
+    });
+    return indicators.value_or(IndicatorsDescription{revolutionTime, 0});
 }
 
-PluviometryPointDescription readPluviometryPoint(const nlohmann::json& object, const std::string& path,
-                                                 const std::string& defaultCode) {
-    JsonFields fields(object, path);
-    PluviometryPointDescription point;
-    point.distanceM = fields.number("distance_m", NumberRule::Positive);
-    point.wetDiameterM = fields.number("wet_diameter_m", NumberRule::Positive);
-    point.code = fields.optionalText("code").value_or(defaultCode);
-    fields.finish();
-    return point;
+/// A check point; `defaultCode` names it when the file does not.
+auto pluviometryPoint(const std::string& defaultCode) {
+    return [defaultCode](JsonFields& fields) {
+        PluviometryPointDescription point;
+        point.distanceM = fields.number("distance_m", NumberRule::Positive);
+        point.wetDiameterM = fields.number("wet_diameter_m", NumberRule::Positive);
+        point.code = fields.optionalText("code").value_or(defaultCode);
+        return point;
+    };
+}
+
+KostiakovDescription readKostiakov(JsonFields& fields) {
+    return KostiakovDescription{fields.number("k", NumberRule::NonNegative),
+                                fields.number("a", NumberRule::NonNegative)};
 }
 
 std::optional<PluviometryCheckDescription> readPluviometryCheck(JsonFields& root) {
-    const auto* object = root.optionalObject("pluviometry_check");
-    if (object == nullptr) {
-        return std::nullopt;
-    }
-    JsonFields fields(*object, root.pathOf("pluviometry_check"));
-    PluviometryCheckDescription check;
-    check.first = readPluviometryPoint(fields.object("first"), fields.pathOf("first"), "P1");
-    if (const auto* second = fields.optionalObject("second")) {
-        check.second = readPluviometryPoint(*second, fields.pathOf("second"), "P2");
-    }
-    if (const auto* kostiakov = fields.optionalObject("kostiakov")) {
-        JsonFields law(*kostiakov, fields.pathOf("kostiakov"));
-        check.kostiakov.k = law.number("k", NumberRule::NonNegative);
-        check.kostiakov.a = law.number("a", NumberRule::NonNegative);
-        law.finish();
-    }
-    fields.finish();
-    return check;
+    return root.optionalSection("pluviometry_check", [](JsonFields& fields) {
+        PluviometryCheckDescription check;
+        check.first = fields.section("first", pluviometryPoint("P1"));
+        check.second = fields.optionalSection("second", pluviometryPoint("P2"));
+        check.kostiakov = fields.optionalSection("kostiakov", readKostiakov).value_or(KostiakovDescription{});
+        return check;
+    });
 }
 
 NozzleSelection readNozzleSelection(JsonFields& root) {
-    JsonFields fields(root.object("nozzle_selection"), root.pathOf("nozzle_selection"));
-    NozzleSelection selection;
-    selection.tolerance = fields.number("tolerance", NumberRule::Positive);
-    if (selection.tolerance > 1) {
-        throw InputError(fields.pathOf("tolerance") + " must be at most 1 (a fraction: 0.1 means 10 %)");
-    }
-    selection.brand = fields.optionalText("brand");
-    selection.model = fields.optionalText("model");
-    fields.finish();
-    return selection;
+    return root.section("nozzle_selection", [](JsonFields& fields) {
+        NozzleSelection selection;
+        selection.tolerance = fields.number("tolerance", NumberRule::Positive);
+        if (selection.tolerance > 1) {
+            throw InputError(fields.pathOf("tolerance") + " must be at most 1 (a fraction: 0.1 means 10 %)");
+        }
+        selection.brand = fields.optionalText("brand");
+        selection.model = fields.optionalText("model");
+        return selection;
+    });
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <type_traits>
 
 #include <nlohmann/json.hpp>
 
@@ -33,6 +34,32 @@ public:
     const nlohmann::json* optionalArray(const std::string& key);
     const nlohmann::json& array(const std::string& key);
     const nlohmann::json& object(const std::string& key);
+
+    /// Reads the object under `key` with `read(JsonFields&)` and rejects its unknown fields;
+    /// empty when the object is absent.
+    template <class Read>
+    auto optionalSection(const std::string& key, Read read)
+        -> std::optional<std::invoke_result_t<Read, JsonFields&>> {
+        const auto* value = optionalObject(key);
+        if (value == nullptr) {
+            return std::nullopt;
+        }
+        return readSection(*value, pathOf(key), read);
+    }
+    /// The same for an object that must be present.
+    template <class Read>
+    auto section(const std::string& key, Read read) -> std::invoke_result_t<Read, JsonFields&> {
+        return readSection(object(key), pathOf(key), read);
+    }
+    /// Reads `value` (at `path`) with `read(JsonFields&)` and rejects its unknown fields.
+    template <class Read>
+    static auto readSection(const nlohmann::json& value, const std::string& path, Read read)
+        -> std::invoke_result_t<Read, JsonFields&> {
+        JsonFields fields(value, path);
+        auto result = read(fields);
+        fields.finish();
+        return result;
+    }
 
     /// The path of a field of this object.
     std::string pathOf(const std::string& key) const;

@@ -9,5 +9,5 @@ $SUDO apt-get install -y --no-install-recommends \
   build-essential cmake pkg-config ccache git \
   libgtest-dev libgmock-dev libbenchmark-dev \
   libsqlite3-dev sqlite3 \
-  nlohmann-json3-dev libcli11-dev libfmt-dev \
+  nlohmann-json3-dev libcli11-dev libfmt-dev libplplot-dev plplot-driver-cairo \
   clang-format

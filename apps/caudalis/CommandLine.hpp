@@ -1,0 +1,54 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <string>
+
+#include "ChartStore.hpp"
+#include "NozzleSource.hpp"
+
+namespace CLI {
+class App;
+}
+
+namespace caudalis::cli {
+
+/// The data sources the commands use; tests replace them with in-memory ones.
+struct Services {
+    /// The nozzles of the catalogue database at the path.
+    std::function<std::unique_ptr<NozzleSource>(const std::string& cataloguePath)> nozzleSource;
+    /// The charts of the project database, with models from the catalogue database.
+    std::function<std::unique_ptr<ChartStore>(const std::string& projectPath,
+                                              const std::string& cataloguePath)>
+        chartStore;
+
+    /// The sources backed by the databases.
+    static Services databases();
+};
+
+/// The `caudalis` program: parses the arguments, runs one subcommand (`init`, `design`,
+/// `evaluate`, `catalogue`, `chart`) and turns every failure into one line on the error
+/// stream, "caudalis: ...", and an exit code (see `ExitCode`).
+class CommandLine {
+public:
+    CommandLine(Services services, std::ostream& out, std::ostream& err);
+    ~CommandLine();
+    int run(int argc, const char* const* argv);
+
+private:
+    struct Options;
+    void defineCommands(CLI::App& app);
+    void dispatch(const CLI::App& app);
+    void runDesign();
+    void runCatalogue();
+    void runChart(const CLI::App& chart);
+    void note(const std::string& message);
+
+    Services services_;
+    std::ostream& out_;
+    std::ostream& err_;
+    std::unique_ptr<Options> options_;
+};
+
+}  // namespace caudalis::cli

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <ostream>
+
+#include "DesignResult.hpp"
+
+namespace caudalis::cli {
+
+/// The printed sprinkler chart: spans, every outlet with its nozzle, and the summary.
+/// Units: kPa, l/s, m, mm, mm/h.
+class TextReport {
+public:
+    static void write(std::ostream& out, const DesignResult& result);
+
+private:
+    static void writeHeader(std::ostream& out, const DesignResult& result);
+    static void writeSpans(std::ostream& out, const DesignResult& result);
+    static void writeOutlets(std::ostream& out, const DesignResult& result);
+    static void writeSummary(std::ostream& out, const DesignResult& result);
+};
+
+}  // namespace caudalis::cli

@@ -1,0 +1,9 @@
+#include <iostream>
+
+#include "CommandLine.hpp"
+#include "SanitizerSuppressions.hpp"
+
+int main(int argc, char** argv) {
+    caudalis::cli::CommandLine commandLine(caudalis::cli::Services::databases(), std::cout, std::cerr);
+    return commandLine.run(argc, argv);
+}

@@ -1,0 +1,258 @@
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "CliErrors.hpp"
+#include "CommandLine.hpp"
+#include "InMemoryNozzleSource.hpp"
+#include "SampleNozzles.hpp"
+#include "caudalis/charts/CartaAspersores.hpp"
+
+using namespace caudalis;
+using namespace caudalis::cli;
+
+namespace {
+
+/// A chart store that keeps what it is given, to see what `--save-chart` hands over.
+class RecordingChartStore : public ChartStore {
+public:
+    std::shared_ptr<CartaAspersores> saved;
+    std::string savedName;
+    Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name) override {
+        saved = chart;
+        savedName = name;
+        return 42;
+    }
+    std::vector<CartaInfo> list() override { return {CartaInfo{"one", 1}, CartaInfo{"two", 2}}; }
+    std::shared_ptr<CartaAspersores> find(Long id) override {
+        auto chart = makeCartaAspersores();
+        chart->id(id);
+        chart->setNome("found");
+        chart->setEndGunBoost(120);
+        return chart;
+    }
+    void destroy(Long id) override { destroyed = id; }
+    Long destroyed = 0;
+};
+
+struct Outcome {
+    int exitCode;
+    std::string out;
+    std::string err;
+};
+
+class CommandLineTest : public ::testing::Test {
+protected:
+    std::shared_ptr<RecordingChartStore> store = std::make_shared<RecordingChartStore>();
+    std::vector<std::string> paths;
+    std::string lastCataloguePath;
+
+    ~CommandLineTest() override {
+        for (const auto& path : paths) {
+            std::filesystem::remove(path);
+        }
+    }
+
+    Services inMemory() {
+        return {[this](const std::string& path) {
+                    lastCataloguePath = path;
+                    return std::make_unique<InMemoryNozzleSource>(clitest::sampleNozzles());
+                },
+                [this](const std::string&, const std::string&) {
+                    struct Forwarding : ChartStore {
+                        std::shared_ptr<RecordingChartStore> target;
+                        Long saveAsNew(const std::shared_ptr<CartaAspersores>& c,
+                                       const std::string& n) override {
+                            return target->saveAsNew(c, n);
+                        }
+                        std::vector<CartaInfo> list() override { return target->list(); }
+                        std::shared_ptr<CartaAspersores> find(Long id) override { return target->find(id); }
+                        void destroy(Long id) override { target->destroy(id); }
+                    };
+                    auto forwarding = std::make_unique<Forwarding>();
+                    forwarding->target = store;
+                    return forwarding;
+                }};
+    }
+
+    Outcome run(std::vector<std::string> args, Services services) {
+        args.insert(args.begin(), "caudalis");
+        std::vector<const char*> argv;
+        for (const auto& arg : args) {
+            argv.push_back(arg.c_str());
+        }
+        std::ostringstream out, err;
+        CommandLine commandLine(std::move(services), out, err);
+        const int code = commandLine.run(static_cast<int>(argv.size()), argv.data());
+        return {code, out.str(), err.str()};
+    }
+    Outcome run(std::vector<std::string> args) { return run(std::move(args), inMemory()); }
+
+    std::string example(const std::string& name) {
+        return clitest::sourcePath("examples/designs/" + name + ".json");
+    }
+    std::string temporary(const std::string& name) {
+        const auto path =
+            (std::filesystem::temp_directory_path() / (std::to_string(::getpid()) + "-" + name)).string();
+        paths.push_back(path);
+        return path;
+    }
+};
+
+std::string readFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream content;
+    content << file.rdbuf();
+    return content.str();
+}
+
+}  // namespace
+
+TEST_F(CommandLineTest, DesignPrintsTheSprinklerChart) {
+    const auto result = run({"design", example("realistic"), "--catalogue", "sample.db"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(lastCataloguePath, "sample.db");
+    for (const char* expected :
+         {"Sprinkler chart: Home farm north pivot, 7 spans (system HF-N-400)", "Spans", "Outlets", "Summary",
+          "Computed discharge", "End gun", "Peak application rate", "Uniformity CU (Heermann-Hein)",
+          "Uniformity DU (low quarter)", "   7-19 ", "    gun ", "Vellora VL Gun"}) {
+        EXPECT_NE(result.out.find(expected), std::string::npos) << expected;
+    }
+    // Outlets near the centre have no nozzle: a warning, but success.
+    EXPECT_NE(result.err.find("caudalis: warning: "), std::string::npos);
+}
+
+TEST_F(CommandLineTest, DesignAsJsonUsesTheRecordFieldNames) {
+    const auto result = run({"design", example("realistic"), "--catalogue", "c.db", "--json"});
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    const auto document = nlohmann::json::parse(result.out);
+    EXPECT_EQ(document["name"], "Home farm north pivot, 7 spans");
+    ASSERT_EQ(document["outlets"].size(), 7u * 19 + 7 + 1);
+    const auto& outlet = document["outlets"][100];
+    for (const char* key :
+         {"span", "outlet", "distanciaAoPivot", "cota", "caudal", "pressao_ideal", "pressao_real",
+          "pressao_actuante", "caudal_do_aspersor", "over_pressure", "aspersor", "depth_mm"}) {
+        EXPECT_TRUE(outlet.contains(key)) << key;
+    }
+    EXPECT_EQ(document["outlets"].back()["place"], "end_gun");
+    EXPECT_EQ(document["outlets"].back()["aspersor"]["marca"], "Vellora");
+    EXPECT_DOUBLE_EQ(document["outlets"].back()["aspersor"]["b"].get<double>(), 0.5);
+    EXPECT_TRUE(document["spans"][0].contains("entry_conditions"));
+    EXPECT_TRUE(document["spans"][0]["exit_condition"].contains("pressao"));
+    EXPECT_TRUE(document["summary"]["cu_heermann_hein_percent"].is_number());
+    EXPECT_EQ(document["summary"]["peak_application_rates"].size(), 2u);
+}
+
+TEST_F(CommandLineTest, DesignWritesCsvAndPlots) {
+    const auto csv = temporary("outlets.csv");
+    const auto png = temporary("plot.png");
+    const auto svg = temporary("plot.SVG");
+    ASSERT_EQ(run({"design", example("hilly"), "--catalogue", "c", "--csv", csv, "--plot", png}).exitCode, 0);
+    ASSERT_EQ(run({"design", example("small"), "--catalogue", "c", "--plot", svg}).exitCode, 0);
+    const auto table = readFile(csv);
+    EXPECT_EQ(
+        table.rfind(
+            "span,outlet,place,distanciaAoPivot,cota,caudal,pressao_ideal,pressao_real,pressao_actuante,", 0),
+        0u);
+    const auto lines = std::count(table.begin(), table.end(), '\n');
+    EXPECT_EQ(lines, 1 + 4 * 20 + 17 + 4);
+    EXPECT_NE(table.find("\"Rotaflux\",\"RF Rotator\""), std::string::npos);
+    EXPECT_EQ(readFile(png).substr(0, 8), std::string("\x89PNG\r\n\x1a\n", 8));
+    EXPECT_NE(readFile(svg).find("<svg"), std::string::npos);
+}
+
+TEST_F(CommandLineTest, PlotNeedsAKnownExtension) {
+    const auto result = run({"design", example("small"), "--catalogue", "c", "--plot", "out.pdf"});
+    EXPECT_EQ(result.exitCode, ExitCode::Usage);
+    EXPECT_EQ(result.err, "caudalis: --plot: out.pdf must end in .png or .svg\n");
+    EXPECT_TRUE(result.out.empty());
+}
+
+TEST_F(CommandLineTest, UnwritableOutputNamesTheFile) {
+    const auto result = run({"design", example("small"), "--catalogue", "c", "--csv", "/nonexistent/x.csv"});
+    EXPECT_EQ(result.exitCode, ExitCode::BadInput);
+    EXPECT_EQ(result.err, "caudalis: cannot write CSV file /nonexistent/x.csv: No such file or directory\n");
+}
+
+TEST_F(CommandLineTest, TooFewPassesEndsWithExitCode3) {
+    const auto result = run({"design", example("realistic"), "--catalogue", "c", "--max-passes", "1"});
+    EXPECT_EQ(result.exitCode, ExitCode::NotSettled);
+    EXPECT_EQ(result.err, "caudalis: the computation did not settle within 1 pass (--max-passes)\n");
+    EXPECT_EQ(run({"design", example("small"), "--catalogue", "c", "--max-passes", "0"}).exitCode,
+              ExitCode::Usage);
+}
+
+TEST_F(CommandLineTest, SaveChartHandsTheChartToTheStore) {
+    const auto result = run({"design", example("realistic"), "--catalogue", "c", "--save-chart", "North 2024",
+                             "--project", "p.db", "--json"});
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    ASSERT_NE(store->saved, nullptr);
+    EXPECT_EQ(store->savedName, "North 2024");
+    EXPECT_DOUBLE_EQ(store->saved->getEndGunBoost(), 150);
+    EXPECT_NE(result.err.find("caudalis: chart \"North 2024\" stored with id 42"), std::string::npos);
+    // The JSON on stdout stays clean.
+    EXPECT_NO_THROW(nlohmann::json::parse(result.out));
+    EXPECT_EQ(run({"design", example("small"), "--catalogue", "c", "--save-chart", "x"}).exitCode,
+              ExitCode::Usage);
+}
+
+TEST_F(CommandLineTest, CatalogueListsTheSelectedNozzles) {
+    const auto result = run({"catalogue", "--catalogue", "c", "--brand", "Vellora", "--json"});
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    const auto list = nlohmann::json::parse(result.out);
+    ASSERT_FALSE(list.empty());
+    for (const auto& nozzle : list) {
+        EXPECT_EQ(nozzle["marca"], "Vellora");
+    }
+    const auto text = run({"catalogue", "--catalogue", "c", "--model", "NB Wobbler"});
+    EXPECT_NE(text.out.find("NB Wobbler"), std::string::npos);
+    EXPECT_EQ(text.out.find("Aquarion"), std::string::npos);
+    const auto none = run({"catalogue", "--catalogue", "c", "--brand", "X", "--model", "Y"});
+    EXPECT_EQ(none.exitCode, ExitCode::BadInput);
+    EXPECT_EQ(
+        none.err,
+        "caudalis: the catalogue holds no nozzles of brand \"X\" and of model \"Y\" (nozzle_selection)\n");
+}
+
+TEST_F(CommandLineTest, ChartCommandsUseTheStore) {
+    const auto list = run({"chart", "--project", "p", "list"});
+    EXPECT_EQ(list.exitCode, 0);
+    EXPECT_EQ(list.out, "     1 one\n     2 two\n");
+    const auto show = run({"chart", "--project", "p", "--catalogue", "c", "show", "7"});
+    EXPECT_EQ(show.out, "     7 found: 0 mounted nozzles, end-gun booster 120 kPa\n");
+    EXPECT_EQ(run({"chart", "--project", "p", "delete", "9"}).exitCode, 0);
+    EXPECT_EQ(store->destroyed, 9);
+    EXPECT_EQ(run({"chart", "--project", "p"}).exitCode, ExitCode::Usage);
+}
+
+TEST_F(CommandLineTest, DatabaseBackedSourcesAreNotBuiltYet) {
+    const auto design = run({"design", example("small"), "--catalogue", "c.db"}, Services::databases());
+    EXPECT_EQ(design.exitCode, ExitCode::BadInput);
+    EXPECT_EQ(design.err, "caudalis: catalogue database support is not built yet\n");
+    const auto chart = run({"chart", "--project", "p.db", "list"}, Services::databases());
+    EXPECT_EQ(chart.err, "caudalis: chart database support is not built yet\n");
+    const auto init = run({"init", "--project", "p.db", "--catalogue", "c.db"}, Services::databases());
+    EXPECT_EQ(init.err, "caudalis: database support is not built yet\n");
+    const auto evaluate = run({"evaluate", "r.txt", "--gauge-diameter-mm", "150"}, Services::databases());
+    EXPECT_EQ(evaluate.err, "caudalis: field evaluation support is not built yet\n");
+    EXPECT_EQ(evaluate.exitCode, ExitCode::BadInput);
+}
+
+TEST_F(CommandLineTest, HelpAndVersionSucceed) {
+    const auto help = run({"--help"});
+    EXPECT_EQ(help.exitCode, 0);
+    for (const char* command : {"init", "design", "evaluate", "catalogue", "chart"}) {
+        EXPECT_NE(help.out.find(command), std::string::npos) << command;
+    }
+    const auto designHelp = run({"design", "--help"});
+    EXPECT_NE(designHelp.out.find("--max-passes"), std::string::npos);
+    EXPECT_EQ(run({"--version"}).out, CAUDALIS_TEST_VERSION "\n");
+}

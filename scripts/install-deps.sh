@@ -8,6 +8,6 @@ $SUDO apt-get update
 $SUDO apt-get install -y --no-install-recommends \
   build-essential cmake pkg-config ccache git \
   libgtest-dev libgmock-dev libbenchmark-dev \
-  libsqlite3-dev sqlite3 \
+  libsqlite3-dev sqlite3 python3 \
   nlohmann-json3-dev libcli11-dev libfmt-dev libplplot-dev plplot-driver-cairo \
   clang-format

@@ -6,6 +6,9 @@
 #include "caudalis/core/Doubles.hpp"
 #include "caudalis/core/Factories.hpp"
 #include "caudalis/core/LazyInstance.hpp"
+#include "caudalis/evaluation/FieldSamples.hpp"
+#include "caudalis/evaluation/PivotEvaluations.hpp"
+#include "caudalis/evaluation/Pluviometros.hpp"
 #include "caudalis/evaluation/WaterDepths.hpp"
 #include "caudalis/hydraulics/Drops.hpp"
 #include "caudalis/hydraulics/PipeMaterials.hpp"
@@ -96,5 +99,17 @@ std::shared_ptr<caudalis::Types> Statics::Saidas() const {
 std::shared_ptr<caudalis::Drops> Statics::Drops() const { return caudalis::Drops::shared(); }
 
 std::shared_ptr<caudalis::PipeMaterials> Statics::PipeMaterials() const { return caudalis::PipeMaterials::shared(); }
+
+std::shared_ptr<caudalis::FieldSamples> Statics::FieldSamples() const {
+    return caudalis::FieldSamples::shared();
+}
+
+std::shared_ptr<caudalis::Pluviometros> Statics::Pluviometros() const {
+    return caudalis::Pluviometros::shared();
+}
+
+std::shared_ptr<caudalis::PivotEvaluations> Statics::PivotEvaluations() const {
+    return caudalis::PivotEvaluations::shared();
+}
 
 }  // namespace caudalis

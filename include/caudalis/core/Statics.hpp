@@ -14,9 +14,12 @@ class CartaAspersores;
 class CoordenadasSaidas;
 class Doubles;
 class Drops;
+class FieldSamples;
 class PipeMaterials;
+class PivotEvaluations;
 class Pivots;
 class PivotWrapper;
+class Pluviometros;
 class ReguladorPression;
 class Tramos;
 class Types;
@@ -55,7 +58,10 @@ public:
     std::shared_ptr<caudalis::Types> Placements() const;
     std::shared_ptr<caudalis::Doubles> Doubles() const;
     std::shared_ptr<caudalis::PipeMaterials> PipeMaterials() const;
+    std::shared_ptr<caudalis::FieldSamples> FieldSamples() const;
     std::shared_ptr<caudalis::WaterDepths> WaterDepths() const;
+    std::shared_ptr<caudalis::Pluviometros> Pluviometros() const;
+    std::shared_ptr<caudalis::PivotEvaluations> PivotEvaluations() const;
     /// The third shared `Types` instance.
     std::shared_ptr<caudalis::Types> Saidas() const;
 

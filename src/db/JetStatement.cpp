@@ -1,6 +1,8 @@
 #include "caudalis/db/JetStatement.hpp"
 
+#include <algorithm>
 #include <cctype>
+#include <regex>
 
 #include "caudalis/db/DatabaseErrors.hpp"
 
@@ -11,6 +13,13 @@ using Kind = JetSqlSegment::Kind;
 
 bool isBlankOrTerminator(char c) {
     return c == ';' || std::isspace(static_cast<unsigned char>(c)) != 0;
+}
+
+/// True when the character belongs to a statement: anything inside a literal or a name, and
+/// any code but blanks and ";". Comments hold no statement.
+bool isContent(const JetSqlSegment& segment, char c) {
+    return segment.kind != JetSqlSegment::Kind::Comment &&
+           (segment.kind != JetSqlSegment::Kind::Code || !isBlankOrTerminator(c));
 }
 
 /// The end (one past the closing delimiter) of the quoted piece that starts at `start`;
@@ -35,6 +44,30 @@ std::size_t bracketEnd(std::string_view sql, std::size_t start) {
     return close == std::string_view::npos ? sql.size() : close + 1;
 }
 
+std::size_t commentEnd(std::string_view sql, std::size_t start) {
+    const bool lineComment = sql[start] == '-';
+    const std::string_view closing = lineComment ? "\n" : "*/";
+    const std::size_t close = sql.find(closing, start + 2);
+    return close == std::string_view::npos ? sql.size() : close + closing.size();
+}
+
+bool startsComment(std::string_view sql, std::size_t i) {
+    const std::string_view rest = sql.substr(i);
+    return rest.starts_with("--") || rest.starts_with("/*");
+}
+
+/// True when the code written so far ends with the keyword END (the end of a trigger's body).
+bool endsWithEndKeyword(const std::string& code) {
+    const auto last = code.find_last_not_of(" \t\r\n");
+    if (last == std::string::npos || last < 2) {
+        return false;
+    }
+    std::string word = code.substr(last - 2, 3);
+    std::transform(word.begin(), word.end(), word.begin(), [](unsigned char c) { return std::toupper(c); });
+    const bool boundary = last < 3 || std::isalnum(static_cast<unsigned char>(code[last - 3])) == 0;
+    return word == "END" && boundary;
+}
+
 }  // namespace
 
 JetStatement::JetStatement(std::string_view sql) {
@@ -51,7 +84,11 @@ JetStatement::JetStatement(std::string_view sql) {
                 i = addDelimited(sql, i, Kind::BracketedName);
                 break;
             default:
-                addCode(sql[i++]);
+                if (startsComment(sql, i)) {
+                    i = addComment(sql, i);
+                } else {
+                    addCode(sql[i++]);
+                }
         }
     }
 }
@@ -69,22 +106,51 @@ std::size_t JetStatement::addDelimited(std::string_view sql, std::size_t start, 
     return end;
 }
 
+std::size_t JetStatement::addComment(std::string_view sql, std::size_t start) {
+    const std::size_t end = commentEnd(sql, start);
+    segments_.push_back({Kind::Comment, std::string(sql.substr(start, end - start))});
+    return end;
+}
+
+bool JetStatement::createsTrigger() const {
+    static const std::regex trigger(R"(^\s*CREATE\s+(TEMP\s+|TEMPORARY\s+)?TRIGGER\b)", std::regex::icase);
+    const auto firstCode = std::find_if(segments_.begin(), segments_.end(), [](const JetSqlSegment& segment) {
+        return segment.kind != Kind::Comment;
+    });
+    return firstCode != segments_.end() && firstCode->kind == Kind::Code &&
+           std::regex_search(firstCode->text, trigger);
+}
+
 void JetStatement::requireSingleStatement() const {
+    const bool trigger = createsTrigger();
     bool statementSeen = false;
     bool terminated = false;
+    std::string code;
     for (const JetSqlSegment& segment : segments_) {
+        if (segment.kind == Kind::Comment) {
+            continue;
+        }
         for (const char c : segment.text) {
-            const bool content = segment.kind != Kind::Code || !isBlankOrTerminator(c);
+            const bool content = isContent(segment, c);
             if (content && terminated) {
                 raiseDatabaseError(DatabaseError::CharactersAfterStatement);
             }
             statementSeen = statementSeen || content;
-            terminated = terminated || (statementSeen && segment.kind == Kind::Code && c == ';');
+            const bool ends = statementSeen && segment.kind == Kind::Code && c == ';';
+            terminated = terminated || (ends && (!trigger || endsWithEndKeyword(code)));
+            code += segment.kind == Kind::Code ? c : ' ';
         }
     }
     if (!statementSeen) {
         raiseDatabaseError(DatabaseError::InvalidStatement);
     }
+}
+
+bool JetStatement::holdsStatement() const {
+    return std::any_of(segments_.begin(), segments_.end(), [](const JetSqlSegment& segment) {
+        return std::any_of(segment.text.begin(), segment.text.end(),
+                           [&segment](char c) { return isContent(segment, c); });
+    });
 }
 
 }  // namespace caudalis

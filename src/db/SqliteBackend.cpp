@@ -35,15 +35,6 @@ std::string existingFileUri(const std::string& path) {
     return uri + "?mode=rw";
 }
 
-bool onlyBlanksAndTerminators(const char* text) {
-    for (; *text != '\0'; ++text) {
-        if (*text != ';' && std::isspace(static_cast<unsigned char>(*text)) == 0) {
-            return false;
-        }
-    }
-    return true;
-}
-
 [[noreturn]] void raiseFrom(sqlite3* db) {
     raiseEngineError(sqlite3_errmsg(db));
 }
@@ -86,7 +77,7 @@ std::unique_ptr<DatabaseCursor> SqliteBackend::execute(const JetStatement& state
     if (!handle) {
         raiseDatabaseError(DatabaseError::InvalidStatement);
     }
-    if (tail != nullptr && !onlyBlanksAndTerminators(tail)) {
+    if (tail != nullptr && JetStatement(tail).holdsStatement()) {
         raiseDatabaseError(DatabaseError::CharactersAfterStatement);
     }
     return std::make_unique<SqliteCursor>(db_.get(), std::move(handle));

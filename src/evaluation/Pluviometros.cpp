@@ -1,18 +1,13 @@
 #include "caudalis/evaluation/Pluviometros.hpp"
 
 #include "caudalis/core/Checked.hpp"
+#include "caudalis/core/Constants.hpp"
 #include "caudalis/core/Doubles.hpp"
 #include "caudalis/core/Errors.hpp"
 #include "caudalis/core/Exceptions.hpp"
 #include "caudalis/core/LazyInstance.hpp"
 
 namespace caudalis {
-namespace {
-
-/// pi to 15 digits; areas are computed with this value, not the full-precision one.
-constexpr Double pi = 3.14159265358979;
-
-}  // namespace
 
 std::shared_ptr<Pluviometros> Pluviometros::shared() {
     static LazyInstance<Pluviometros> instance;

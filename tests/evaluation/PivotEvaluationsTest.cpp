@@ -103,7 +103,7 @@ protected:
     /// SQLite reads two comments and the ";" that its trigger syntax requires.
     void refuseEvery(const std::string& event) {
         con.Execute("CREATE TRIGGER refuse_" + event + " BEFORE " + event +
-                    " ON pivot_evaluations BEGIN SELECT RAISE(ABORT, 'injected') /* ' */; /* ' */ END");
+                    " ON pivot_evaluations BEGIN SELECT RAISE(ABORT, 'injected'); END");
     }
 
     caudalis::testing::TemporaryFolder folder;

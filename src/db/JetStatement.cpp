@@ -30,6 +30,48 @@ std::size_t quotedEnd(std::string_view sql, std::size_t start) {
     return sql.size();
 }
 
+bool isWordCharacter(char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
+}
+
+std::string lowerWord(std::string word) {
+    for (char& c : word) {
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    }
+    return word;
+}
+
+/// The words of the code pieces of a statement, lower case, in order.
+std::vector<std::string> codeWords(const std::vector<JetSqlSegment>& segments) {
+    std::vector<std::string> words;
+    std::string word;
+    for (const JetSqlSegment& segment : segments) {
+        for (const char c : segment.text) {
+            if (segment.kind == Kind::Code && isWordCharacter(c)) {
+                word += c;
+            } else if (!word.empty()) {
+                words.push_back(lowerWord(word));
+                word.clear();
+            }
+        }
+    }
+    if (!word.empty()) {
+        words.push_back(lowerWord(word));
+    }
+    return words;
+}
+
+/// Whether the statement is "CREATE [TEMP|TEMPORARY] TRIGGER ...", whose body holds statements
+/// ending in ";" up to its closing END.
+bool createsTrigger(const std::vector<JetSqlSegment>& segments) {
+    const std::vector<std::string> words = codeWords(segments);
+    std::size_t next = 1;
+    if (words.size() > 2 && (words[1] == "temp" || words[1] == "temporary")) {
+        next = 2;
+    }
+    return words.size() > next && words[0] == "create" && words[next] == "trigger";
+}
+
 std::size_t bracketEnd(std::string_view sql, std::size_t start) {
     const std::size_t close = sql.find(']', start + 1);
     return close == std::string_view::npos ? sql.size() : close + 1;
@@ -70,16 +112,28 @@ std::size_t JetStatement::addDelimited(std::string_view sql, std::size_t start, 
 }
 
 void JetStatement::requireSingleStatement() const {
+    // A trigger's body holds statements of its own: only a ";" after the word END ends it.
+    const bool trigger = createsTrigger(segments_);
     bool statementSeen = false;
     bool terminated = false;
+    std::string word;
+    std::string lastWord;
     for (const JetSqlSegment& segment : segments_) {
         for (const char c : segment.text) {
-            const bool content = segment.kind != Kind::Code || !isBlankOrTerminator(c);
+            const bool code = segment.kind == Kind::Code;
+            const bool content = !code || !isBlankOrTerminator(c);
             if (content && terminated) {
                 raiseDatabaseError(DatabaseError::CharactersAfterStatement);
             }
+            if (code && isWordCharacter(c)) {
+                word += c;
+            } else if (!word.empty()) {
+                lastWord = lowerWord(word);
+                word.clear();
+            }
             statementSeen = statementSeen || content;
-            terminated = terminated || (statementSeen && segment.kind == Kind::Code && c == ';');
+            const bool ends = !trigger || lastWord == "end";
+            terminated = terminated || (statementSeen && code && c == ';' && ends);
         }
     }
     if (!statementSeen) {

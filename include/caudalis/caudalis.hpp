@@ -4,6 +4,7 @@
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/catalogue/AspersoresStatic.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
+#include "caudalis/charts/CartaAspersoresStatic.hpp"
 #include "caudalis/charts/MountedAspersor.hpp"
 #include "caudalis/core/Arrays.hpp"
 #include "caudalis/core/Basic.hpp"

@@ -4,8 +4,13 @@
 #include <optional>
 
 #include "AspersorLoader.hpp"
+#include "CatalogueRows.hpp"
+#include "CatalogueWrites.hpp"
 #include "FlowTolerance.hpp"
+#include "QueryRows.hpp"
 #include "caudalis/core/Error.hpp"
+#include "caudalis/db/Connection.hpp"
+#include "caudalis/db/SqlText.hpp"
 
 namespace caudalis {
 namespace {
@@ -45,7 +50,60 @@ void forEachPossible(const CollectionRef& availlableAspersores, double pressao, 
     }
 }
 
+Variant aspersorOf(const Recordset& rs) {
+    return Variant(rowToAspersor(rs));
+}
+
+CollectionRef loadAspersores(const String& connectionString, const std::string& statement) {
+    return queryRows(connectionString, statement, aspersorOf);
+}
+
+/// The nozzles that satisfy `condition`.
+CollectionRef findWhere(const String& connectionString, const std::string& condition) {
+    return loadAspersores(connectionString, nozzleSelect() + " WHERE " + condition + " ;");
+}
+
+/// `condition` with its quoted mark filled by the raw name (quotes inside are not doubled).
+std::string nameCondition(std::string condition, const String& name) {
+    return substituteParams(condition, BoundedArray<Variant>::of({name}));
+}
+
 }  // namespace
+
+CollectionRef AspersoresStatic::find(const String& connectionString) const {
+    return loadAspersores(connectionString, nozzleSelect());
+}
+
+CollectionRef AspersoresStatic::find_by_marca(const String& connectionString, const String& marca) const {
+    return findWhere(connectionString, nameCondition("marca.nome='?'", marca));
+}
+
+CollectionRef AspersoresStatic::find_by_modelo(const String& connectionString, const String& modelo) const {
+    return findWhere(connectionString, nameCondition("modelos.modelo='?'", modelo));
+}
+
+void AspersoresStatic::save(const String& connectionString, const Aspersor& anAspersor) const {
+    // An error leaves the transaction uncommitted; the connection rolls it back as it goes.
+    Connection con(connectionString);
+    con.Open();
+    con.BeginTrans();
+    saveAspersorOn(con, anAspersor);
+    con.CommitTrans();
+    con.Close();
+}
+
+CollectionRef AspersoresStatic::MarcasAll(const String& connectionString) const {
+    return queryRows(connectionString, "SELECT " + marcaColumns() + " FROM marca",
+                     [](const Recordset& rs) { return Variant::record(rowToMarca(rs)); });
+}
+
+CollectionRef AspersoresStatic::ModelosAll(const String& connectionString) const {
+    const auto operands =
+        BoundedArray<Variant>::of({"Modelos", "Marca ON modelos.id_marca=marca.id_marca"}, 0);
+    return queryRows(connectionString,
+                     "SELECT " + modeloColumns() + "," + marcaColumns() + " FROM " + innerJoin(operands),
+                     [](const Recordset& rs) { return Variant::record(rowToModelo(rs)); });
+}
 
 std::shared_ptr<Aspersor> AspersoresStatic::newAspersor(const String& boquilla, double a, double b,
                                                         double pmin, double pmax, double qmin, double qmax,

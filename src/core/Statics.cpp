@@ -2,6 +2,7 @@
 
 #include "caudalis/catalogue/AspersoresStatic.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
+#include "caudalis/charts/CartaAspersoresStatic.hpp"
 #include "caudalis/core/Arrays.hpp"
 #include "caudalis/core/Doubles.hpp"
 #include "caudalis/core/Factories.hpp"
@@ -30,7 +31,13 @@ std::shared_ptr<AspersoresStatic> Statics::Aspersores() const {
     return aspersores_.get();
 }
 
-std::shared_ptr<CartaAspersores> Statics::newCartaAspersores() const { return makeCartaAspersores(); }
+std::shared_ptr<CartaAspersoresStatic> Statics::CartaAspersor() const {
+    return cartaAspersor_.get();
+}
+
+std::shared_ptr<CartaAspersores> Statics::newCartaAspersores() const {
+    return makeCartaAspersores();
+}
 
 indicadores Statics::newIndicadores(Double horas, Integer nsaidas) const {
     return makeIndicadores(horas, nsaidas);
@@ -44,15 +51,16 @@ KostiakovParameters Statics::newKostiakovParameters(Double k, Double a) const {
     return makeKostiakovParameters(k, a);
 }
 
-std::shared_ptr<PivotWrapper> Statics::newPivotWrapper(const pivot& apivot_dt,
-                                                       const std::shared_ptr<CalculosStrategy>& strategy) const {
+std::shared_ptr<PivotWrapper> Statics::newPivotWrapper(
+    const pivot& apivot_dt, const std::shared_ptr<CalculosStrategy>& strategy) const {
     auto wrapper = std::make_shared<PivotWrapper>();
     wrapper->initWrapper(apivot_dt, strategy);
     return wrapper;
 }
 
-std::shared_ptr<ReguladorPression> Statics::newReguladorPression(Integer tramo, Double pression, Double caudal_max,
-                                                                 Double caudal_min, bool installed) const {
+std::shared_ptr<ReguladorPression> Statics::newReguladorPression(Integer tramo, Double pression,
+                                                                 Double caudal_max, Double caudal_min,
+                                                                 bool installed) const {
     return makeReguladorPression(tramo, pression, caudal_max, caudal_min, installed);
 }
 
@@ -96,9 +104,13 @@ std::shared_ptr<caudalis::Types> Statics::Saidas() const {
     return caudalis::Types::saidasInstance();
 }
 
-std::shared_ptr<caudalis::Drops> Statics::Drops() const { return caudalis::Drops::shared(); }
+std::shared_ptr<caudalis::Drops> Statics::Drops() const {
+    return caudalis::Drops::shared();
+}
 
-std::shared_ptr<caudalis::PipeMaterials> Statics::PipeMaterials() const { return caudalis::PipeMaterials::shared(); }
+std::shared_ptr<caudalis::PipeMaterials> Statics::PipeMaterials() const {
+    return caudalis::PipeMaterials::shared();
+}
 
 std::shared_ptr<caudalis::FieldSamples> Statics::FieldSamples() const {
     return caudalis::FieldSamples::shared();

@@ -9,9 +9,30 @@
 namespace caudalis {
 
 /// The sprinkler catalogue object: factories for sprinklers that do not come from a database,
-/// the placeholder sprinkler, and the matching of sprinklers to a wanted pressure and flow.
+/// the placeholder sprinkler, the matching of sprinklers to a wanted pressure and flow, and the
+/// catalogue database (brands `marca`, models `Modelos`, nozzles `Boquillas`).
+///
+/// Every database operation opens its own connection from the host's connection string and
+/// closes it before returning. Collections read from the database carry no keys and keep the
+/// order in which the database returns the rows.
 class AspersoresStatic {
 public:
+    /// Every nozzle of the catalogue. A row with incomplete data raises
+    /// `AspersorException::MissingAsperorDataException` and nothing is returned.
+    CollectionRef find(const String& connectionString) const;
+    /// The nozzles of the brand named `marca` (the name is placed in the statement as it is).
+    CollectionRef find_by_marca(const String& connectionString, const String& marca) const;
+    /// The nozzles of the model named `modelo` (the name is placed in the statement as it is).
+    CollectionRef find_by_modelo(const String& connectionString, const String& modelo) const;
+    /// Inserts the nozzle, after its model and brand when those are new, in one transaction.
+    /// The keys generated are not written back: saving the same sprinkler again stores it
+    /// again. On an error nothing is stored.
+    void save(const String& connectionString, const Aspersor& anAspersor) const;
+    /// Every brand, as `marca` records.
+    CollectionRef MarcasAll(const String& connectionString) const;
+    /// Every model with its brand, as `modelo` records.
+    CollectionRef ModelosAll(const String& connectionString) const;
+
     /// A new sprinkler initialised with the given data (`id` 0). Raises
     /// `AspersorException::MissingAsperorDataException` when the data are incomplete.
     std::shared_ptr<Aspersor> newAspersor(const String& boquilla, double a, double b, double pmin,

@@ -11,6 +11,7 @@ class Arrays;
 class AspersoresStatic;
 class CalculosStrategy;
 class CartaAspersores;
+class CartaAspersoresStatic;
 class CoordenadasSaidas;
 class Doubles;
 class Drops;
@@ -35,6 +36,8 @@ public:
 
     /// The sprinkler catalogue object of this `Statics`: made on the first call, then the same.
     std::shared_ptr<AspersoresStatic> Aspersores() const;
+    /// The chart persistence object of this `Statics`: made on the first call, then the same.
+    std::shared_ptr<CartaAspersoresStatic> CartaAspersor() const;
     /// A new, initialised sprinkler chart.
     std::shared_ptr<CartaAspersores> newCartaAspersores() const;
     indicadores newIndicadores(Double horas, Integer nsaidas) const;
@@ -67,6 +70,7 @@ public:
 
 private:
     mutable LazyInstance<AspersoresStatic> aspersores_;
+    mutable LazyInstance<CartaAspersoresStatic> cartaAspersor_;
 };
 
 }  // namespace caudalis

@@ -6,7 +6,17 @@
 
 namespace caudalis {
 
+class Connection;
+class DropStorage;
+class Recordset;
+class TableSchema;
+
 /// Operations on the drop hose between an outlet and its sprinkler.
+///
+/// The drop of a sprinkler chart is stored in table `tb_drop` (one row per chart, keyed by
+/// `carta_id`). Those storage procedures are private: the chart persistence reaches them
+/// through the library-internal `DropStorage` (src/hydraulics/DropStorage.hpp), which is not
+/// installed, so hosts cannot call them.
 class Drops {
 public:
     static std::shared_ptr<Drops> shared();
@@ -27,6 +37,25 @@ public:
     bool IsInstalled(const Drop& self) const;
     /// True for the null drop and for a drop equal to an all-zero one.
     bool IsEmpty(const Drop& self) const;
+
+private:
+    friend class DropStorage;
+
+    /// Replaces the chart's stored drop by `aDrop`; an empty or null drop leaves no row.
+    void saveDrop(Connection& con, const Drop& aDrop, Integer carta_id) const;
+    /// The chart's stored drop with its pipe material; the null drop when none is stored.
+    Drop loadDrop(Connection& con, Integer carta_id) const;
+    void deleteDropsOf(Connection& con, Integer carta_id) const;
+    void insertDrop(Connection& con, const Drop& aDrop, Integer carta_id) const;
+    /// Reads diameter, length, material id and installed flag of the current row into `aDrop`
+    /// (Null fields as 0).
+    void dropFromRecord(const Recordset& rs, Drop& aDrop) const;
+    /// Fills `aDrop.pipe_material` with the stored material of `aDrop.p_pipe_material_id`.
+    void attachPipeMaterial(Connection& con, Drop& aDrop) const;
+    /// The description of `tb_drop`, made on first use.
+    const TableSchema& dropSchema() const;
+
+    mutable std::shared_ptr<TableSchema> dropSchema_;
 };
 
 }  // namespace caudalis

@@ -1,11 +1,10 @@
 #include "CatalogueCsv.hpp"
 
-#include <charconv>
-#include <cmath>
 #include <sstream>
 
 #include "CatalogueDatabase.hpp"
 #include "CliErrors.hpp"
+#include "PlainText.hpp"
 #include "TextFile.hpp"
 
 namespace caudalis::cli {
@@ -15,16 +14,8 @@ namespace {
 constexpr const char* columnNames[] = {"brand", "model", "nozzle", "a", "b", "pmin", "pmax", "qmin", "qmax"};
 constexpr std::size_t columnCount = std::size(columnNames);
 
-std::string trimmed(const std::string& text) {
-    const auto first = text.find_first_not_of(" \t\r");
-    if (first == std::string::npos) {
-        return "";
-    }
-    return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
-
 std::string name(const std::string& field, const std::string& where, const char* column) {
-    const auto text = trimmed(field);
+    const auto text = withoutBlanksAround(field);
     if (text.empty()) {
         throw InputError(where + ": " + column + " must not be blank");
     }
@@ -33,17 +24,15 @@ std::string name(const std::string& field, const std::string& where, const char*
 }
 
 double positive(const std::string& field, const std::string& where, const char* column) {
-    const auto text = trimmed(field);
-    double value = 0;
-    const auto* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (text.empty() || error != std::errc() || stop != end || !std::isfinite(value)) {
+    const auto text = withoutBlanksAround(field);
+    const auto value = numberIn(text);
+    if (!value) {
         throw InputError(where + ": " + column + " must be a number (\"" + text + "\")");
     }
-    if (value <= 0) {
+    if (*value <= 0) {
         throw InputError(where + ": " + column + " must be > 0");
     }
-    return value;
+    return *value;
 }
 
 void requireOrdered(double low, double high, const std::string& where, const char* lowName,
@@ -77,7 +66,8 @@ std::vector<std::string> CatalogueCsv::fields(const std::string& line) {
 CatalogueRow CatalogueCsv::row(const std::vector<std::string>& fields, const std::string& where) {
     if (fields.size() != columnCount) {
         throw InputError(where + ": " + std::to_string(fields.size()) + " fields, expected " +
-                         std::to_string(columnCount) + " (brand, model, nozzle, a, b, pmin, pmax, qmin, qmax)");
+                         std::to_string(columnCount) +
+                         " (brand, model, nozzle, a, b, pmin, pmax, qmin, qmax)");
     }
     CatalogueRow row;
     row.brand = name(fields[0], where, columnNames[0]);
@@ -98,11 +88,11 @@ std::vector<CatalogueRow> CatalogueCsv::parse(const std::string& text, const std
     std::string line;
     bool first = true;
     for (long number = 1; std::getline(lines, line); ++number) {
-        if (trimmed(line).empty()) {
+        if (withoutBlanksAround(line).empty()) {
             continue;
         }
         const auto split = fields(line);
-        const bool header = first && trimmed(split.front()) == columnNames[0];
+        const bool header = first && withoutBlanksAround(split.front()) == columnNames[0];
         first = false;
         if (!header) {
             auto read = row(split, source + " line " + std::to_string(number));

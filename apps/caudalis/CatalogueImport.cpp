@@ -30,8 +30,8 @@ public:
         if (model != models_.end()) {
             return *model;
         }
-        const auto brand = std::find_if(brands_.begin(), brands_.end(),
-                                        [&](const marca& b) { return b.nome == row.brand; });
+        const auto brand =
+            std::find_if(brands_.begin(), brands_.end(), [&](const marca& b) { return b.nome == row.brand; });
         const marca owner = brand != brands_.end() ? *brand : marca{0, row.brand};
         return modelo{0, row.model, owner, owner.id};
     }
@@ -49,7 +49,7 @@ private:
 
 std::shared_ptr<Aspersor> nozzleOf(const CatalogueRow& row, const modelo& model) {
     return Statics::application()->Aspersores()->newAspersor(row.nozzle, row.a, row.b, row.pmin, row.pmax,
-                                                            row.qmin, row.qmax, model);
+                                                             row.qmin, row.qmax, model);
 }
 
 }  // namespace
@@ -57,7 +57,8 @@ std::shared_ptr<Aspersor> nozzleOf(const CatalogueRow& row, const modelo& model)
 CatalogueImport::CatalogueImport(std::string cataloguePath, std::ostream& progress, bool showProgress)
     : cataloguePath_(std::move(cataloguePath)), progress_(progress), showProgress_(showProgress) {}
 
-ImportSummary CatalogueImport::importInto(const std::string& copyPath, const std::vector<CatalogueRow>& rows) const {
+ImportSummary CatalogueImport::importInto(const std::string& copyPath,
+                                          const std::vector<CatalogueRow>& rows) const {
     const CatalogueDatabase copy(copyPath);
     const auto connection = copy.file().connectionString();
     const auto catalogue = Statics::application()->Aspersores();
@@ -92,7 +93,8 @@ ImportSummary CatalogueImport::run(const std::vector<CatalogueRow>& rows) const 
         std::filesystem::remove(copyPath + "-journal", ignored);
     };
     try {
-        std::filesystem::copy_file(cataloguePath_, copyPath, std::filesystem::copy_options::overwrite_existing);
+        std::filesystem::copy_file(cataloguePath_, copyPath,
+                                   std::filesystem::copy_options::overwrite_existing);
         const auto summary = importInto(copyPath, rows);
         std::filesystem::rename(copyPath, cataloguePath_);
         return summary;

@@ -42,8 +42,9 @@ void ChartReport::writeList(std::ostream& out, const std::vector<StoredChart>& c
 void ChartReport::writeAccessories(std::ostream& out, CartaAspersores& chart) {
     line(out, "End-gun booster", fmt::format("{:g} kPa", chart.getEndGunBoost()));
     const auto indicators = chart.getIndicadores();
-    line(out, "Indicators", fmt::format("{:g} h per revolution, {} blocked outlets", indicators.horasRevolucao,
-                                        indicators.numeroSaidasObturadas));
+    line(out, "Indicators",
+         fmt::format("{:g} h per revolution, {} blocked outlets", indicators.horasRevolucao,
+                     indicators.numeroSaidasObturadas));
     const auto check = chart.getPluviometriaCheck();
     line(out, "Pluviometry check",
          fmt::format("{}; {}; Kostiakov k {:g}, a {:g}", pointText(check.firstSample),
@@ -53,8 +54,8 @@ void ChartReport::writeAccessories(std::ostream& out, CartaAspersores& chart) {
     line(out, "Regulators", std::to_string(regulators->Count()));
     for (Long i = 1; i <= regulators->Count(); ++i) {
         const auto regulator = regulators->objectAt<ReguladorPression>(i);
-        fmt::print(out, "    span {:>3}: {:g} kPa, {:g}-{:g} l/s{}\n", regulator->tramo(), regulator->pression(),
-                   regulator->minimum_caudal(), regulator->maximum_caudal(),
+        fmt::print(out, "    span {:>3}: {:g} kPa, {:g}-{:g} l/s{}\n", regulator->tramo(),
+                   regulator->pression(), regulator->minimum_caudal(), regulator->maximum_caudal(),
                    regulator->installed() ? "" : " (not installed)");
     }
 }
@@ -67,8 +68,9 @@ void ChartReport::writeNozzles(std::ostream& out, const CartaAspersores& chart) 
         const auto entry = mounted->objectAt<MountedAspersor>(i);
         const auto place = entry->saida();
         const auto nozzle = entry->Aspersor();
-        fmt::print(out, "{:>7}  {:<12} {:<16} {:<14} {:>6}\n", fmt::format("{}-{}", place.numeroTramo, place.saida),
-                   nozzle->marca().nome, nozzle->modelo().nome, nozzle->nome(), nozzle->id());
+        fmt::print(out, "{:>7}  {:<12} {:<16} {:<14} {:>6}\n",
+                   fmt::format("{}-{}", place.numeroTramo, place.saida), nozzle->marca().nome,
+                   nozzle->modelo().nome, nozzle->nome(), nozzle->id());
     }
 }
 

@@ -11,20 +11,12 @@
 #include "CliErrors.hpp"
 #include "CommandOptions.hpp"
 #include "DatabaseChartStore.hpp"
+#include "PlainText.hpp"
 #include "caudalis/core/Error.hpp"
 
 namespace caudalis::cli {
 
 namespace {
-
-std::string oneLine(std::string text) {
-    for (auto& c : text) {
-        if (c == '\n' || c == '\r') {
-            c = ' ';
-        }
-    }
-    return text;
-}
 
 constexpr long maxSystem = std::numeric_limits<std::int32_t>::max();
 constexpr long maxChartId = std::numeric_limits<std::int16_t>::max();
@@ -43,7 +35,8 @@ CLI::Validator gaugeDiameter() {
         [](std::string& text) {
             double value = 0;
             if (!CLI::detail::lexical_cast(text, value) || !(value > 0 && value <= 1)) {
-                return "must be a diameter in metres, > 0 and at most 1 (0.1 for a 100 mm gauge), not " + text;
+                return "must be a diameter in metres, > 0 and at most 1 (0.1 for a 100 mm gauge), not " +
+                       text;
             }
             return std::string();
         },
@@ -77,7 +70,8 @@ void CommandLine::defineInit(CLI::App& app) {
     auto& o = *options_;
     auto* init = app.add_subcommand(
         "init", "create project.db and catalogue.db (sample catalogue) in a folder, unless they exist");
-    init->add_option("folder", o.folder, "folder of the databases (created when missing)")->capture_default_str();
+    init->add_option("folder", o.folder, "folder of the databases (created when missing)")
+        ->capture_default_str();
     init->add_option("--data-dir", o.dataFolder,
                      "folder of the schema and sample SQL files (default: $CAUDALIS_DATA_DIR, the installed "
                      "share/caudalis, the source tree's data)");
@@ -92,7 +86,8 @@ void CommandLine::defineDesign(CLI::App& app) {
     addCatalogueOption(*design, o.cataloguePath, "catalogue database of nozzles");
     addProjectOption(*design, o.projectPath, "project database for --save");
     design->add_option("--save", o.chartName, "store the chart under this name in the project database");
-    design->add_option("--system", o.system, "system the chart is stored under (default: the file's system_id)")
+    design
+        ->add_option("--system", o.system, "system the chart is stored under (default: the file's system_id)")
         ->check(CLI::Range(1L, maxSystem));
     design->add_flag("--json", o.json, "print the whole result as JSON instead of the chart");
     design->add_option("--csv", o.csvPath, "also write the outlets as CSV to this file");
@@ -111,10 +106,12 @@ void CommandLine::defineEvaluate(CLI::App& app) {
                      "separated by a blank line), or one file per pass")
         ->required()
         ->expected(1, 2);
-    evaluate->add_option("--gauge-diameter", o.gaugeDiameterM, "opening diameter of the rain gauges, in metres")
+    evaluate
+        ->add_option("--gauge-diameter", o.gaugeDiameterM, "opening diameter of the rain gauges, in metres")
         ->required()
         ->check(gaugeDiameter());
-    evaluate->add_option("--name", o.evaluationName, "name of the evaluation (default: the readings file's name)");
+    evaluate->add_option("--name", o.evaluationName,
+                         "name of the evaluation (default: the readings file's name)");
     evaluate->add_flag("--save", o.saveEvaluation, "store the evaluation in the project database");
     addProjectOption(*evaluate, o.projectPath, "project database for --save");
     evaluate->add_flag("--json", o.json, "print the figures as JSON");

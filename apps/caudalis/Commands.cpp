@@ -40,16 +40,22 @@ Long systemFor(const std::optional<long>& given, const DesignDescription& design
 }
 
 nlohmann::json nozzleJson(const Aspersor& nozzle) {
-    return {{"id", nozzle.id()},         {"marca", nozzle.marca().nome}, {"modelo", nozzle.modelo().nome},
-            {"nome", nozzle.nome()},     {"a", nozzle.a()},              {"b", nozzle.b()},
-            {"pmin", nozzle.pmin()},     {"pmax", nozzle.pmax()},        {"qmin", nozzle.qmin()},
+    return {{"id", nozzle.id()},
+            {"marca", nozzle.marca().nome},
+            {"modelo", nozzle.modelo().nome},
+            {"nome", nozzle.nome()},
+            {"a", nozzle.a()},
+            {"b", nozzle.b()},
+            {"pmin", nozzle.pmin()},
+            {"pmax", nozzle.pmax()},
+            {"qmin", nozzle.qmin()},
             {"qmax", nozzle.qmax()}};
 }
 
 void printNozzle(std::ostream& out, const Aspersor& nozzle) {
     fmt::print(out, "{:>6} {:<12} {:<16} {:<14} a={} b={} p {:g}-{:g} kPa q {:g}-{:g} l/s\n", nozzle.id(),
-               nozzle.marca().nome, nozzle.modelo().nome, nozzle.nome(), nozzle.a(), nozzle.b(), nozzle.pmin(),
-               nozzle.pmax(), nozzle.qmin(), nozzle.qmax());
+               nozzle.marca().nome, nozzle.modelo().nome, nozzle.nome(), nozzle.a(), nozzle.b(),
+               nozzle.pmin(), nozzle.pmax(), nozzle.qmin(), nozzle.qmax());
 }
 
 std::string defaultEvaluationName(const std::vector<std::string>& paths) {
@@ -177,14 +183,14 @@ void CommandLine::runChart(const CLI::App& command) {
     const auto store = services_.chartStore(o.projectPath, o.cataloguePath);
     const auto id = static_cast<Long>(o.chartId);
     if (command.got_subcommand("list")) {
-        ChartReport::writeList(out_, store->list(o.system ? std::optional<Long>(static_cast<Long>(*o.system))
-                                                          : std::nullopt));
+        ChartReport::writeList(
+            out_, store->list(o.system ? std::optional<Long>(static_cast<Long>(*o.system)) : std::nullopt));
     } else if (command.got_subcommand("show")) {
         const auto loaded = store->find(id);
         ChartReport::write(out_, loaded);
         if (loaded.missingNozzles > 0) {
-            note(fmt::format("warning: {} of the chart's nozzles are not in catalogue {}", loaded.missingNozzles,
-                             o.cataloguePath));
+            note(fmt::format("warning: {} of the chart's nozzles are not in catalogue {}",
+                             loaded.missingNozzles, o.cataloguePath));
         }
     } else if (command.got_subcommand("delete")) {
         store->destroy(id);

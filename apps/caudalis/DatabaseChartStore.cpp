@@ -81,8 +81,8 @@ std::vector<StoredChart> DatabaseChartStore::list(std::optional<Long> system) {
     }
     project_.requireUsable();
     std::vector<StoredChart> stored;
-    for (const long each :
-         project_.wholeNumbers("SELECT DISTINCT id_sistema FROM tb_cartas ORDER BY id_sistema", "id_sistema")) {
+    for (const long each : project_.wholeNumbers(
+             "SELECT DISTINCT id_sistema FROM tb_cartas ORDER BY id_sistema", "id_sistema")) {
         const auto ofSystem = listOf(static_cast<Long>(each));
         stored.insert(stored.end(), ofSystem.begin(), ofSystem.end());
     }
@@ -94,7 +94,8 @@ Long DatabaseChartStore::systemOf(Long id) {
     const auto systems = project_.wholeNumbers(
         "SELECT id_sistema FROM tb_cartas WHERE id_carta=" + std::to_string(id), "id_sistema");
     if (systems.empty()) {
-        throw InputError("no chart with id " + std::to_string(id) + " in project database " + project_.path());
+        throw InputError("no chart with id " + std::to_string(id) + " in project database " +
+                         project_.path());
     }
     return static_cast<Long>(systems.front());
 }

@@ -35,8 +35,8 @@ std::string DatabaseFile::connectionStringFor(const std::string& path) {
 }
 
 const std::vector<std::string>& DatabaseFile::requiredTables(DatabaseKind kind) {
-    static const std::vector<std::string> project{"tb_cartas",       "tb_aspersores", "tb_reguladores",
-                                                  "tb_indicadores",  "tb_pluviometria", "tb_drop",
+    static const std::vector<std::string> project{"tb_cartas",      "tb_aspersores",    "tb_reguladores",
+                                                  "tb_indicadores", "tb_pluviometria",  "tb_drop",
                                                   "pipe_materials", "pivot_evaluations"};
     static const std::vector<std::string> catalogue{"marca", "modelos", "boquillas"};
     return kind == DatabaseKind::Project ? project : catalogue;

@@ -7,6 +7,7 @@
 
 #include "CliErrors.hpp"
 #include "JsonFields.hpp"
+#include "PlainText.hpp"
 #include "TextFile.hpp"
 
 namespace caudalis::cli {
@@ -15,15 +16,6 @@ namespace {
 
 constexpr long maxOutlets = std::numeric_limits<std::int16_t>::max();
 constexpr long maxId = std::numeric_limits<std::int32_t>::max();
-
-std::string oneLine(std::string text) {
-    for (auto& c : text) {
-        if (c == '\n' || c == '\r') {
-            c = ' ';
-        }
-    }
-    return text;
-}
 
 /// nlohmann's message without its "[json.exception.parse_error.101] " prefix.
 std::string parseErrorText(const nlohmann::json::parse_error& error) {

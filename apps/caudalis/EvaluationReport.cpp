@@ -33,8 +33,9 @@ nlohmann::json readingJson(const Reading& reading) {
 void EvaluationReport::write(std::ostream& out, const EvaluationFigures& f) {
     fmt::print(out, "Field evaluation: {}\n", f.name);
     line(out, "Rain gauge", fmt::format("{:g} m opening ({:.6f} m2)", f.gaugeDiameterM, f.gaugeAreaM2));
-    line(out, "Readings", fmt::format("{} ({} valid, {} left out)", f.readings,
-                                      f.readings - static_cast<long>(f.rejected.size()), f.rejected.size()));
+    line(out, "Readings",
+         fmt::format("{} ({} valid, {} left out)", f.readings,
+                     f.readings - static_cast<long>(f.rejected.size()), f.rejected.size()));
     line(out, "Mean depth, first pass", figure(f.firstPassMeanMm, "mm"));
     line(out, "Mean depth, second pass", figure(f.secondPassMeanMm, "mm"));
     line(out, "Weighted mean depth", figure(f.meanDepthMm, "mm"));

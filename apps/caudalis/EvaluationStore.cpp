@@ -20,7 +20,8 @@ std::string takenName(const std::string& name) {
 
 }  // namespace
 
-EvaluationStore::EvaluationStore(std::string projectPath) : project_(std::move(projectPath), DatabaseKind::Project) {}
+EvaluationStore::EvaluationStore(std::string projectPath)
+    : project_(std::move(projectPath), DatabaseKind::Project) {}
 
 void EvaluationStore::requireNameIsFree(const std::string& name) const {
     requireNoApostrophe(name, "evaluation name");

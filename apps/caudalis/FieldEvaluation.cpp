@@ -30,7 +30,8 @@ struct PassDepths {
     BoundedArray<WaterDepthSample> depths;
 };
 
-PassDepths depthsOf(const std::vector<Reading>& readings, Pluviometro& gauge, std::vector<Reading>& rejected) {
+PassDepths depthsOf(const std::vector<Reading>& readings, Pluviometro& gauge,
+                    std::vector<Reading>& rejected) {
     const auto fieldSamples = FieldSamples::shared();
     PassDepths pass;
     for (const auto& reading : readings) {

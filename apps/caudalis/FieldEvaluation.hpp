@@ -49,7 +49,8 @@ public:
                                       const std::string& name);
 
     /// The evaluation record that `PivotEvaluations::save` stores: every reading as read.
-    static PivotEvaluation record(const ReadingPasses& passes, double gaugeDiameterM, const std::string& name);
+    static PivotEvaluation record(const ReadingPasses& passes, double gaugeDiameterM,
+                                  const std::string& name);
 };
 
 }  // namespace caudalis::cli

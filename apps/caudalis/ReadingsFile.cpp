@@ -1,40 +1,19 @@
 #include "ReadingsFile.hpp"
 
-#include <charconv>
-#include <cmath>
 #include <sstream>
 
 #include "CliErrors.hpp"
+#include "PlainText.hpp"
 #include "TextFile.hpp"
 #include "caudalis/evaluation/FieldSamples.hpp"
 
 namespace caudalis::cli {
 
-namespace {
-
-std::string withoutBlanksAround(const std::string& text) {
-    const auto first = text.find_first_not_of(" \t\r");
-    if (first == std::string::npos) {
-        return "";
-    }
-    return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
-
-/// True when `piece` is one whole finite number written with "." as decimal point.
-bool isNumber(const std::string& piece) {
-    double value = 0;
-    const auto* end = piece.data() + piece.size();
-    const auto [stop, error] = std::from_chars(piece.data(), end, value);
-    return error == std::errc() && stop == end && std::isfinite(value);
-}
-
-}  // namespace
-
 Reading ReadingsFile::parseLine(const std::string& line, const std::string& source, long number) {
     const auto text = withoutBlanksAround(line);
     const auto space = text.find(' ');
     const bool wellFormed = space != std::string::npos && text.find(' ', space + 1) == std::string::npos &&
-                            isNumber(text.substr(0, space)) && isNumber(text.substr(space + 1));
+                            numberIn(text.substr(0, space)) && numberIn(text.substr(space + 1));
     if (!wellFormed) {
         throw InputError(source + " line " + std::to_string(number) + ": \"" + text +
                          "\" is not a reading (amount, one space, distance; \".\" as decimal point)");
@@ -70,10 +49,10 @@ ReadingPasses ReadingsFile::load(const std::vector<std::string>& paths) {
             throw InputError("readings file " + path + " holds no readings");
         }
         if (groups.size() > (paths.size() == 1 ? 2u : 1u)) {
-            throw InputError("readings file " + path + " holds " + std::to_string(groups.size()) +
-                             " groups of readings separated by blank lines; " +
-                             (paths.size() == 1 ? "a file holds at most two passes"
-                                                : "each of two files holds one pass"));
+            throw InputError(
+                "readings file " + path + " holds " + std::to_string(groups.size()) +
+                " groups of readings separated by blank lines; " +
+                (paths.size() == 1 ? "a file holds at most two passes" : "each of two files holds one pass"));
         }
         passes.insert(passes.end(), groups.begin(), groups.end());
     }

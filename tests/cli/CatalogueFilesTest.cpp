@@ -30,10 +30,11 @@ std::string csvMessage(const std::string& text) {
 }  // namespace
 
 TEST(CatalogueCsv, ReadsQuotedFieldsAndSkipsTheHeader) {
-    EXPECT_EQ(CatalogueCsv::fields("a,\"b,c\",\"d \"\"e\"\"\","), (std::vector<std::string>{"a", "b,c", "d \"e\"", ""}));
-    const auto rows =
-        CatalogueCsv::parse("brand,model,nozzle,a,b,pmin,pmax,qmin,qmax\r\n\n X , \"Y 1\" ,#1,0.01,0.5,50,300,0.1,0.2\r\n",
-                            "n.csv");
+    EXPECT_EQ(CatalogueCsv::fields("a,\"b,c\",\"d \"\"e\"\"\","),
+              (std::vector<std::string>{"a", "b,c", "d \"e\"", ""}));
+    const auto rows = CatalogueCsv::parse(
+        "brand,model,nozzle,a,b,pmin,pmax,qmin,qmax\r\n\n X , \"Y 1\" ,#1,0.01,0.5,50,300,0.1,0.2\r\n",
+        "n.csv");
     ASSERT_EQ(rows.size(), 1u);
     EXPECT_EQ(rows[0].line, 3);
     EXPECT_EQ(rows[0].brand, "X");
@@ -100,7 +101,8 @@ TEST(CatalogueImport, SecondImportReusesWhatTheFirstAdded) {
     caudalis::testing::TemporaryFolder folder;
     caudalis::testing::createCatalogueDatabase(folder.file("c.db"), false);
     std::ostringstream progress;
-    const auto rows = CatalogueCsv::parse("A,M,#1,0.01,0.5,50,300,0.1,0.2\nA,N,#2,0.01,0.5,50,300,0.1,0.2\n", "n.csv");
+    const auto rows =
+        CatalogueCsv::parse("A,M,#1,0.01,0.5,50,300,0.1,0.2\nA,N,#2,0.01,0.5,50,300,0.1,0.2\n", "n.csv");
     const auto first = CatalogueImport(folder.file("c.db"), progress, true).run(rows);
     EXPECT_EQ(first.nozzles, 2);
     EXPECT_EQ(first.newBrands, 1);

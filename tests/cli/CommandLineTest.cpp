@@ -34,14 +34,16 @@ public:
             throw InputError("a chart named \"taken\" already exists in system " + std::to_string(system));
         }
     }
-    Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name, Long system) override {
+    Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name,
+                   Long system) override {
         saved = chart;
         savedName = name;
         savedSystem = system;
         return 42;
     }
     std::vector<StoredChart> list(std::optional<Long> system) override {
-        return {StoredChart{system.value_or(3), CartaInfo{"one", 1}}, StoredChart{system.value_or(5), CartaInfo{"two", 2}}};
+        return {StoredChart{system.value_or(3), CartaInfo{"one", 1}},
+                StoredChart{system.value_or(5), CartaInfo{"two", 2}}};
     }
     LoadedChart find(Long id) override {
         auto chart = makeCartaAspersores();
@@ -86,7 +88,9 @@ protected:
                                        Long s) override {
                             return target->saveAsNew(c, n, s);
                         }
-                        std::vector<StoredChart> list(std::optional<Long> s) override { return target->list(s); }
+                        std::vector<StoredChart> list(std::optional<Long> s) override {
+                            return target->list(s);
+                        }
                         LoadedChart find(Long id) override { return target->find(id); }
                         void destroy(Long id) override { target->destroy(id); }
                     };
@@ -212,7 +216,8 @@ TEST_F(CommandLineTest, SaveHandsTheChartToTheStore) {
     EXPECT_EQ(store->savedName, "North 2024");
     EXPECT_EQ(store->savedSystem, 400);
     EXPECT_DOUBLE_EQ(store->saved->getEndGunBoost(), 150);
-    EXPECT_NE(result.err.find("caudalis: chart \"North 2024\" stored in system 400 with id 42"), std::string::npos);
+    EXPECT_NE(result.err.find("caudalis: chart \"North 2024\" stored in system 400 with id 42"),
+              std::string::npos);
     // The JSON on stdout stays clean.
     EXPECT_NO_THROW(nlohmann::json::parse(result.out));
     ASSERT_EQ(run({"design", example("small"), "--save", "x", "--system", "9"}).exitCode, 0);
@@ -252,7 +257,8 @@ TEST_F(CommandLineTest, ChartCommandsUseTheStore) {
     EXPECT_EQ(run({"chart", "list", "--system", "4"}).out,
               "    system     id  name\n         4      1  one\n         4      2  two\n");
     const auto show = run({"chart", "show", "7", "--catalogue", "c"});
-    EXPECT_EQ(show.out.rfind("Chart 7: found (system 8)\n  End-gun booster     120 kPa\n", 0), 0u) << show.out;
+    EXPECT_EQ(show.out.rfind("Chart 7: found (system 8)\n  End-gun booster     120 kPa\n", 0), 0u)
+        << show.out;
     EXPECT_NE(show.out.find("Mounted nozzles: 0\n"), std::string::npos);
     EXPECT_EQ(show.err, "caudalis: warning: 2 of the chart's nozzles are not in catalogue c\n");
     const auto deleted = run({"chart", "--project", "p", "delete", "9"});

@@ -49,7 +49,8 @@ TEST_F(ProgramBadInputTest, MalformedJson) {
 }
 
 TEST_F(ProgramBadInputTest, WrongType) {
-    const auto result = run("design " + smallWith("\"design_flow_lps\": 8", "\"design_flow_lps\": \"8\"") + saving);
+    const auto result =
+        run("design " + smallWith("\"design_flow_lps\": 8", "\"design_flow_lps\": \"8\"") + saving);
     EXPECT_EQ(result.err, "caudalis: design_flow_lps must be a number\n");
     EXPECT_EQ(result.exitCode, ExitCode::BadInput);
 }
@@ -61,30 +62,39 @@ TEST_F(ProgramBadInputTest, NegativeLength) {
 }
 
 TEST_F(ProgramBadInputTest, UnknownBrandAndModel) {
-    expectFailure(run("design " + smallWith("\"tolerance\": 0.15", "\"tolerance\": 0.15, \"brand\": \"Acme\"") + saving),
-                  ExitCode::BadInput,
-                  "unknown brand \"Acme\" in catalogue catalogue.db (brands: Aquarion, Rotaflux, Nimbra, Vellora)");
+    expectFailure(
+        run("design " + smallWith("\"tolerance\": 0.15", "\"tolerance\": 0.15, \"brand\": \"Acme\"") +
+            saving),
+        ExitCode::BadInput,
+        "unknown brand \"Acme\" in catalogue catalogue.db (brands: Aquarion, Rotaflux, Nimbra, Vellora)");
     expectFailure(run("design " +
-                      smallWith("\"tolerance\": 0.15", "\"tolerance\": 0.15, \"brand\": \"Nimbra\", \"model\": \"Big Gun 85\"") +
+                      smallWith("\"tolerance\": 0.15",
+                                "\"tolerance\": 0.15, \"brand\": \"Nimbra\", \"model\": \"Big Gun 85\"") +
                       saving),
-                  ExitCode::BadInput, "unknown model \"Big Gun 85\" of brand \"Nimbra\" in catalogue catalogue.db");
+                  ExitCode::BadInput,
+                  "unknown model \"Big Gun 85\" of brand \"Nimbra\" in catalogue catalogue.db");
     expectFailure(run("catalogue list --brand \"O'Neil\""), ExitCode::BadInput, "unknown brand \"O'Neil\"");
 }
 
 TEST_F(ProgramBadInputTest, DatabasesThatAreNotOurs) {
     write("notes.db", "not a database at all\n");
-    expectFailure(run("design " + example("designs/small.json") + " --catalogue notes.db"), ExitCode::BadInput,
+    expectFailure(run("design " + example("designs/small.json") + " --catalogue notes.db"),
+                  ExitCode::BadInput,
                   "notes.db is not a Caudalis catalogue database (file is not a database)");
-    expectFailure(run("design " + example("designs/small.json") + " --catalogue project.db"), ExitCode::BadInput,
+    expectFailure(run("design " + example("designs/small.json") + " --catalogue project.db"),
+                  ExitCode::BadInput,
                   "project.db is not a Caudalis catalogue database (it has no table marca)");
     expectFailure(run("design " + example("designs/small.json") + " --save x --project catalogue.db"),
-                  ExitCode::BadInput, "catalogue.db is not a Caudalis project database (it has no table tb_cartas)");
-    expectFailure(run("chart list --project notes.db"), ExitCode::BadInput, "notes.db is not a Caudalis project");
+                  ExitCode::BadInput,
+                  "catalogue.db is not a Caudalis project database (it has no table tb_cartas)");
+    expectFailure(run("chart list --project notes.db"), ExitCode::BadInput,
+                  "notes.db is not a Caudalis project");
     EXPECT_EQ(readFile(file("notes.db")), "not a database at all\n");
 }
 
 TEST_F(ProgramBadInputTest, MissingDatabasesAreNotCreated) {
-    expectFailure(run("design " + example("designs/small.json") + " --catalogue other.db"), ExitCode::BadInput,
+    expectFailure(run("design " + example("designs/small.json") + " --catalogue other.db"),
+                  ExitCode::BadInput,
                   "cannot open catalogue database other.db: no such file (caudalis init creates one)");
     expectFailure(run("evaluate " + example("evaluations/north-2024.txt") +
                       " --gauge-diameter 0.1 --save --project other.db"),
@@ -95,12 +105,13 @@ TEST_F(ProgramBadInputTest, MissingDatabasesAreNotCreated) {
 TEST_F(ProgramBadInputTest, CatalogueWithoutNozzles) {
     const auto empty = quoted(file("empty.db"));
     execute("empty.db", "CREATE TABLE marca (id_marca INTEGER PRIMARY KEY, nome TEXT)");
-    execute("empty.db", "CREATE TABLE Modelos (id_modelo INTEGER PRIMARY KEY, id_marca INTEGER, modelo TEXT)");
+    execute("empty.db",
+            "CREATE TABLE Modelos (id_modelo INTEGER PRIMARY KEY, id_marca INTEGER, modelo TEXT)");
     execute("empty.db",
             "CREATE TABLE Boquillas (ID_Boquillas INTEGER PRIMARY KEY, denominacion TEXT, a REAL, b REAL, "
             "pmin REAL, pmax REAL, qmin REAL, qmax REAL, id_modelo INTEGER)");
-    expectFailure(run("design " + example("designs/small.json") + " --catalogue " + empty), ExitCode::BadInput,
-                  "catalogue database " + file("empty.db") + " holds no nozzles");
+    expectFailure(run("design " + example("designs/small.json") + " --catalogue " + empty),
+                  ExitCode::BadInput, "catalogue database " + file("empty.db") + " holds no nozzles");
 }
 
 TEST_F(ProgramBadInputTest, ChartNameWithAnApostrophe) {
@@ -118,8 +129,8 @@ TEST_F(ProgramBadInputTest, UsageErrors) {
     for (const char* arguments :
          {"", "design", "frobnicate", "design x.json --max-passes -3", "design x.json --plot out.gif",
           "design x.json --nope", "chart", "chart show", "chart show 40000", "catalogue", "catalogue import",
-          "evaluate", "evaluate r.txt", "evaluate r.txt --gauge-diameter 150", "evaluate a b c --gauge-diameter 0.1",
-          "design x.json --system 0 --save y"}) {
+          "evaluate", "evaluate r.txt", "evaluate r.txt --gauge-diameter 150",
+          "evaluate a b c --gauge-diameter 0.1", "design x.json --system 0 --save y"}) {
         SCOPED_TRACE(arguments);
         expectFailure(run(arguments), ExitCode::Usage, "");
     }

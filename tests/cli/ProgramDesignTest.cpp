@@ -31,13 +31,15 @@ protected:
 }  // namespace
 
 TEST_F(ProgramDesignTest, ExamplesMeetTheirDesignFlow) {
-    for (const ExampleFigures& example : {ExampleFigures{"small", 32, 8}, ExampleFigures{"realistic", 141, 50},
-                                          ExampleFigures{"hilly", 101, 32}}) {
+    for (const ExampleFigures& example :
+         {ExampleFigures{"small", 32, 8}, ExampleFigures{"realistic", 141, 50},
+          ExampleFigures{"hilly", 101, 32}}) {
         SCOPED_TRACE(example.name);
         const auto summary = designJson(example.name)["summary"];
         EXPECT_EQ(summary["outlets"], example.outlets);
         EXPECT_DOUBLE_EQ(summary["design_flow_lps"].get<double>(), example.designFlow);
-        EXPECT_NEAR(summary["computed_flow_lps"].get<double>(), example.designFlow, 0.06 * example.designFlow);
+        EXPECT_NEAR(summary["computed_flow_lps"].get<double>(), example.designFlow,
+                    0.06 * example.designFlow);
         EXPECT_LE(summary["outlets_without_nozzle"].get<long>(), 4);
         for (const char* figure : {"cu_heermann_hein_percent", "du_low_quarter_percent"}) {
             const double value = summary[figure].get<double>();
@@ -57,14 +59,16 @@ TEST_F(ProgramDesignTest, NozzlesComeFromTheCatalogueDatabase) {
     }
     const auto text = run("design " + example("designs/realistic.json"));
     EXPECT_EQ(text.exitCode, 0);
-    EXPECT_NE(text.out.find("Sprinkler chart: Home farm north pivot, 7 spans (system 400)"), std::string::npos);
+    EXPECT_NE(text.out.find("Sprinkler chart: Home farm north pivot, 7 spans (system 400)"),
+              std::string::npos);
     EXPECT_NE(text.out.find("Vellora Big Gun 85"), std::string::npos);
 }
 
 TEST_F(ProgramDesignTest, SavedChartIsListedShownAndDeleted) {
     const auto saved = run("design " + example("designs/realistic.json") + " --save 'North 2024'");
     ASSERT_EQ(saved.exitCode, 0) << saved.err;
-    EXPECT_NE(saved.err.find("caudalis: chart \"North 2024\" stored in system 400 with id 1\n"), std::string::npos);
+    EXPECT_NE(saved.err.find("caudalis: chart \"North 2024\" stored in system 400 with id 1\n"),
+              std::string::npos);
     ASSERT_EQ(run("design " + example("designs/small.json") + " --save Demo --system 7").exitCode, 0);
 
     EXPECT_EQ(run("chart list").out,
@@ -85,7 +89,8 @@ TEST_F(ProgramDesignTest, SavedChartIsListedShownAndDeleted) {
     const auto deleted = run("chart delete 1");
     EXPECT_EQ(deleted.exitCode, 0) << deleted.err;
     EXPECT_EQ(run("chart list").out, "    system     id  name\n         7      2  Demo\n");
-    expectFailure(run("chart show 1"), ExitCode::BadInput, "no chart with id 1 in project database project.db");
+    expectFailure(run("chart show 1"), ExitCode::BadInput,
+                  "no chart with id 1 in project database project.db");
 }
 
 TEST_F(ProgramDesignTest, TakenChartNameLeavesTheDatabasesAsTheyWere) {

@@ -27,7 +27,8 @@ protected:
         connection.Open();
         std::string rows;
         const auto found = connection.Execute(
-            "SELECT name, pluviometer_diameter, first_samples, second_samples FROM pivot_evaluations ORDER BY id");
+            "SELECT name, pluviometer_diameter, first_samples, second_samples FROM pivot_evaluations ORDER "
+            "BY id");
         for (; !found->EOF_(); found->MoveNext()) {
             for (const char* field : {"name", "pluviometer_diameter", "first_samples", "second_samples"}) {
                 const auto value = found->Fields(field);
@@ -68,7 +69,8 @@ TEST_F(ProgramEvaluateTest, TwoPassesInOneFile) {
 TEST_F(ProgramEvaluateTest, InvalidReadingsAreLeftOut) {
     const auto result = run("evaluate " + example("evaluations/hillside-2024.txt") + " --gauge-diameter 0.1");
     ASSERT_EQ(result.exitCode, 0) << result.err;
-    EXPECT_NE(result.out.find("Readings                        49 (48 valid, 1 left out)"), std::string::npos);
+    EXPECT_NE(result.out.find("Readings                        49 (48 valid, 1 left out)"),
+              std::string::npos);
     EXPECT_NE(result.out.find("left out: -1 at 65 m"), std::string::npos);
     EXPECT_NE(result.out.find("Mean depth, second pass         n/a"), std::string::npos);
     EXPECT_NE(result.out.find("Readings more than 20 % off the mean: 1"), std::string::npos);

@@ -51,8 +51,9 @@ TEST(ReadingsFile, GroupsAreSeparatedByBlankLines) {
 }
 
 TEST(ReadingsFile, EachLineIsTwoNumbersSeparatedByOneSpace) {
-    EXPECT_EQ(messageOf("10 5\n10  6\n"),
-              "r.txt line 2: \"10  6\" is not a reading (amount, one space, distance; \".\" as decimal point)");
+    EXPECT_EQ(
+        messageOf("10 5\n10  6\n"),
+        "r.txt line 2: \"10  6\" is not a reading (amount, one space, distance; \".\" as decimal point)");
     EXPECT_NE(messageOf("10\n").find("line 1: \"10\" is not a reading"), std::string::npos);
     EXPECT_NE(messageOf("10 5 6\n").find("line 1"), std::string::npos);
     EXPECT_NE(messageOf("10,5 6\n").find("line 1"), std::string::npos);

@@ -29,7 +29,7 @@ DatabaseChartStore::DatabaseChartStore(std::string projectPath, std::string cata
       catalogue_(std::move(cataloguePath), DatabaseKind::Catalogue) {}
 
 template <class Work>
-auto DatabaseChartStore::writing(const std::string& what, Work work) {
+auto DatabaseChartStore::onProject(const std::string& what, Work work) {
     project_.requireUsable();
     try {
         return work(project_.connectionString());
@@ -65,7 +65,7 @@ Long DatabaseChartStore::saveAsNew(const std::shared_ptr<CartaAspersores>& chart
 }
 
 std::vector<StoredChart> DatabaseChartStore::listOf(Long system) {
-    return writing("list the charts", [&](const std::string& connection) {
+    return onProject("list the charts", [&](const std::string& connection) {
         std::vector<StoredChart> stored;
         const auto infos = charts()->enumerateAll(connection, system);
         for (const auto& item : *infos) {
@@ -105,7 +105,7 @@ LoadedChart DatabaseChartStore::find(Long id) {
     catalogue_.requireUsable();
     const auto catalogue = std::filesystem::absolute(catalogue_.path()).string();
     requireNoApostrophe(catalogue, "catalogue path");
-    auto chart = writing("read the chart", [&](const std::string& connection) {
+    auto chart = onProject("read the chart", [&](const std::string& connection) {
         return charts()->find(connection, catalogue, static_cast<Integer>(id));
     });
     const auto stored = project_.wholeNumbers(
@@ -116,7 +116,7 @@ LoadedChart DatabaseChartStore::find(Long id) {
 
 void DatabaseChartStore::destroy(Long id) {
     systemOf(id);
-    writing("delete the chart", [&](const std::string& connection) {
+    onProject("delete the chart", [&](const std::string& connection) {
         charts()->destroy(connection, static_cast<Integer>(id));
         return 0;
     });

@@ -23,7 +23,7 @@ public:
 private:
     /// Runs a library call on the project database, turning its errors into `InputError`.
     template <class Work>
-    auto writing(const std::string& what, Work work);
+    auto onProject(const std::string& what, Work work);
     std::vector<StoredChart> listOf(Long system);
     /// The system of chart `id`; raises `InputError` when there is no such chart.
     Long systemOf(Long id);

@@ -74,7 +74,7 @@ void ProjectSetup::provide(DatabaseKind kind, const std::filesystem::path& file,
 void ProjectSetup::run(std::ostream& out) const {
     std::error_code error;
     std::filesystem::create_directories(folder_, error);
-    if (error || !std::filesystem::is_directory(folder_)) {
+    if (error || !std::filesystem::is_directory(folder_, error)) {
         throw InputError("cannot create folder " + folder_.string() + ": " +
                          (error ? error.message() : std::string("a file of that name is in the way")));
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,15 +13,35 @@ class CartaAspersores;
 
 namespace caudalis::cli {
 
+/// A stored chart as listed: its system, name and key.
+struct StoredChart {
+    Long system = 0;
+    CartaInfo info;
+};
+
+/// A stored chart as loaded, with the number of its nozzles that the catalogue did not give
+/// back (a chart shown with another catalogue than the one it was designed with).
+struct LoadedChart {
+    std::shared_ptr<CartaAspersores> chart;
+    Long system = 0;
+    long missingNozzles = 0;
+};
+
 /// Where sprinkler charts are kept: the project database through `CartaAspersoresStatic`
-/// (`saveAsNew`, `enumerateAll`, `find`, `destroy`).
+/// (`saveAsNew`, `enumerateAll`, `find`, `destroy`). Every failure raises `InputError`.
 class ChartStore {
 public:
     virtual ~ChartStore() = default;
-    /// Stores the chart under a new name and returns its key.
-    virtual Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name) = 0;
-    virtual std::vector<CartaInfo> list() = 0;
-    virtual std::shared_ptr<CartaAspersores> find(Long id) = 0;
+    /// Raises `InputError` unless a new chart named `name` can be stored in `system`.
+    virtual void requireNameIsFree(const std::string& name, Long system) = 0;
+    /// Stores the chart under `name` as a new chart of `system` and returns its key.
+    virtual Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name,
+                           Long system) = 0;
+    /// The charts of `system`, or of every system.
+    virtual std::vector<StoredChart> list(std::optional<Long> system) = 0;
+    /// The chart `id`; raises `InputError` when there is none.
+    virtual LoadedChart find(Long id) = 0;
+    /// Deletes the chart `id`; raises `InputError` when there is none.
     virtual void destroy(Long id) = 0;
 };
 

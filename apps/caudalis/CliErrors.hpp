@@ -41,10 +41,4 @@ public:
     explicit NotSettledError(const std::string& message) : CliError(ExitCode::NotSettled, message) {}
 };
 
-/// A feature whose support is not part of this build (`what` names it, e.g. "catalogue database").
-class NotBuiltError : public InputError {
-public:
-    explicit NotBuiltError(const std::string& what) : InputError(what + " support is not built yet") {}
-};
-
 }  // namespace caudalis::cli

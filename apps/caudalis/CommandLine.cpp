@@ -1,54 +1,50 @@
 #include "CommandLine.hpp"
 
+#include <unistd.h>
+
+#include <limits>
+
 #include <fmt/format.h>
-#include <fmt/ostream.h>
 #include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include "CatalogueDatabaseNozzleSource.hpp"
 #include "CliErrors.hpp"
-#include "CsvReport.hpp"
+#include "CommandOptions.hpp"
 #include "DatabaseChartStore.hpp"
-#include "DesignFile.hpp"
-#include "DesignRunner.hpp"
-#include "JsonReport.hpp"
-#include "PlotReport.hpp"
-#include "TextReport.hpp"
-#include "caudalis/catalogue/Aspersor.hpp"
-#include "caudalis/charts/CartaAspersores.hpp"
+#include "PlainText.hpp"
 #include "caudalis/core/Error.hpp"
 
 namespace caudalis::cli {
 
-struct CommandLine::Options {
-    std::string designPath;
-    std::string cataloguePath;
-    std::string projectPath;
-    std::string csvPath;
-    std::string plotPath;
-    std::string chartName;
-    bool json = false;
-    long maxPasses = 1000;
-    std::string brand;
-    std::string model;
-    long chartId = 0;
-    std::string readingsPath;
-    double gaugeDiameterMm = 0;
-};
-
 namespace {
 
-std::string oneLine(std::string text) {
-    for (auto& c : text) {
-        if (c == '\n' || c == '\r') {
-            c = ' ';
-        }
-    }
-    return text;
+constexpr long maxSystem = std::numeric_limits<std::int32_t>::max();
+constexpr long maxChartId = std::numeric_limits<std::int16_t>::max();
+
+void addProjectOption(CLI::App& command, std::string& path, const char* purpose) {
+    command.add_option("--project", path, purpose)->capture_default_str();
 }
 
-std::optional<std::string> given(const std::string& text) {
-    return text.empty() ? std::nullopt : std::optional<std::string>(text);
+void addCatalogueOption(CLI::App& command, std::string& path, const char* purpose) {
+    command.add_option("--catalogue", path, purpose)->capture_default_str();
+}
+
+/// A gauge opening in metres: above 0 and at most 1 m (a value in millimetres is refused).
+CLI::Validator gaugeDiameter() {
+    return CLI::Validator(
+        [](std::string& text) {
+            double value = 0;
+            if (!CLI::detail::lexical_cast(text, value) || !(value > 0 && value <= 1)) {
+                return "must be a diameter in metres, > 0 and at most 1 (0.1 for a 100 mm gauge), not " +
+                       text;
+            }
+            return std::string();
+        },
+        "METRES");
+}
+
+void addChartId(CLI::App& command, long& id) {
+    command.add_option("id", id, "chart key (see chart list)")->required()->check(CLI::Range(1L, maxChartId));
 }
 
 }  // namespace
@@ -57,7 +53,8 @@ Services Services::databases() {
     return {[](const std::string& path) { return std::make_unique<CatalogueDatabaseNozzleSource>(path); },
             [](const std::string& project, const std::string& catalogue) {
                 return std::make_unique<DatabaseChartStore>(project, catalogue);
-            }};
+            },
+            ::isatty(STDERR_FILENO) == 1};
 }
 
 CommandLine::CommandLine(Services services, std::ostream& out, std::ostream& err)
@@ -69,57 +66,96 @@ void CommandLine::note(const std::string& message) {
     err_ << "caudalis: " << oneLine(message) << '\n';
 }
 
-void CommandLine::defineCommands(CLI::App& app) {
+void CommandLine::defineInit(CLI::App& app) {
     auto& o = *options_;
-    app.set_version_flag("--version", CAUDALIS_VERSION);
-    app.require_subcommand(1);
+    auto* init = app.add_subcommand(
+        "init", "create project.db and catalogue.db (sample catalogue) in a folder, unless they exist");
+    init->add_option("folder", o.folder, "folder of the databases (created when missing)")
+        ->capture_default_str();
+    init->add_option("--data-dir", o.dataFolder,
+                     "folder of the schema and sample SQL files (default: $CAUDALIS_DATA_DIR, the installed "
+                     "share/caudalis, the source tree's data)");
+}
 
-    auto* init =
-        app.add_subcommand("init", "create a project database and a catalogue database with the sample data");
-    init->add_option("--project", o.projectPath, "project database to create")->required();
-    init->add_option("--catalogue", o.cataloguePath, "catalogue database to create")->required();
-
+void CommandLine::defineDesign(CLI::App& app) {
+    auto& o = *options_;
     auto* design =
         app.add_subcommand("design", "compute a machine from a design file and print its sprinkler chart");
     design->add_option("design-file", o.designPath, "design file (JSON, see docs/design-file.md)")
         ->required();
-    design->add_option("--catalogue", o.cataloguePath, "catalogue database of nozzles")->required();
+    addCatalogueOption(*design, o.cataloguePath, "catalogue database of nozzles");
+    addProjectOption(*design, o.projectPath, "project database for --save");
+    design->add_option("--save", o.chartName, "store the chart under this name in the project database");
+    design
+        ->add_option("--system", o.system, "system the chart is stored under (default: the file's system_id)")
+        ->check(CLI::Range(1L, maxSystem));
     design->add_flag("--json", o.json, "print the whole result as JSON instead of the chart");
     design->add_option("--csv", o.csvPath, "also write the outlets as CSV to this file");
     design->add_option("--plot", o.plotPath, "also draw pressure, flow and depth to this .png or .svg file");
     design->add_option("--max-passes", o.maxPasses, "give up after this many passes of the march")
         ->check(CLI::PositiveNumber)
         ->capture_default_str();
-    auto* save = design->add_option("--save-chart", o.chartName, "store the chart under this name");
-    design->add_option("--project", o.projectPath, "project database for --save-chart");
-    save->needs(design->get_option("--project"));
+}
 
-    auto* evaluate = app.add_subcommand("evaluate", "evaluate catch-can readings of an installed machine");
+void CommandLine::defineEvaluate(CLI::App& app) {
+    auto& o = *options_;
+    auto* evaluate = app.add_subcommand("evaluate", "evaluate the catch-can readings of a field test");
     evaluate
-        ->add_option("readings-file", o.readingsPath, "catch-can readings (amount, space, distance per line)")
-        ->required();
-    evaluate->add_option("--gauge-diameter-mm", o.gaugeDiameterMm, "opening diameter of the rain gauges")
+        ->add_option("readings", o.readingsPaths,
+                     "readings file (amount in ml, one space, distance in m, per line; the two passes "
+                     "separated by a blank line), or one file per pass")
         ->required()
-        ->check(CLI::PositiveNumber);
-    evaluate->add_option("--project", o.projectPath, "project database to store the evaluation in");
+        ->expected(1, 2);
+    evaluate
+        ->add_option("--gauge-diameter", o.gaugeDiameterM, "opening diameter of the rain gauges, in metres")
+        ->required()
+        ->check(gaugeDiameter());
+    evaluate->add_option("--name", o.evaluationName,
+                         "name of the evaluation (default: the readings file's name)");
+    evaluate->add_flag("--save", o.saveEvaluation, "store the evaluation in the project database");
+    addProjectOption(*evaluate, o.projectPath, "project database for --save");
+    evaluate->add_flag("--json", o.json, "print the figures as JSON");
+}
 
-    auto* catalogue = app.add_subcommand("catalogue", "list the nozzles of a catalogue database");
-    catalogue->add_option("--catalogue", o.cataloguePath, "catalogue database")->required();
-    catalogue->add_option("--brand", o.brand, "only this brand");
-    catalogue->add_option("--model", o.model, "only this model");
-    catalogue->add_flag("--json", o.json, "print JSON");
+void CommandLine::defineCatalogue(CLI::App& app) {
+    auto& o = *options_;
+    auto* catalogue = app.add_subcommand("catalogue", "list or import the nozzles of a catalogue database");
+    catalogue->fallthrough();
+    catalogue->require_subcommand(1);
+    addCatalogueOption(*catalogue, o.cataloguePath, "catalogue database");
+    catalogue->add_subcommand("brands", "list the brands");
+    catalogue->add_subcommand("models", "list the models")->add_option("--brand", o.brand, "only this brand");
+    auto* list = catalogue->add_subcommand("list", "list the nozzles");
+    list->add_option("--brand", o.brand, "only this brand");
+    list->add_option("--model", o.model, "only this model");
+    list->add_flag("--json", o.json, "print JSON");
+    catalogue->add_subcommand("import", "add the nozzles of a CSV file, all or none")
+        ->add_option("csv-file", o.csvImportPath, "brand,model,nozzle,a,b,pmin,pmax,qmin,qmax per row")
+        ->required();
+}
 
+void CommandLine::defineChart(CLI::App& app) {
+    auto& o = *options_;
     auto* chart = app.add_subcommand("chart", "list, show or delete stored sprinkler charts");
-    chart->add_option("--project", o.projectPath, "project database")->required();
-    chart->add_option("--catalogue", o.cataloguePath, "catalogue database (for show)");
+    chart->fallthrough();
     chart->require_subcommand(1);
-    chart->add_subcommand("list", "list the stored charts");
-    chart->add_subcommand("show", "print a stored chart")
-        ->add_option("id", o.chartId, "chart key")
-        ->required();
-    chart->add_subcommand("delete", "delete a stored chart")
-        ->add_option("id", o.chartId, "chart key")
-        ->required();
+    addProjectOption(*chart, o.projectPath, "project database");
+    addCatalogueOption(*chart, o.cataloguePath, "catalogue database the charts' nozzles come from");
+    chart->add_subcommand("list", "list the stored charts")
+        ->add_option("--system", o.system, "only the charts of this system")
+        ->check(CLI::Range(1L, maxSystem));
+    addChartId(*chart->add_subcommand("show", "print a stored chart"), o.chartId);
+    addChartId(*chart->add_subcommand("delete", "delete a stored chart"), o.chartId);
+}
+
+void CommandLine::defineCommands(CLI::App& app) {
+    app.set_version_flag("--version", CAUDALIS_VERSION);
+    app.require_subcommand(1);
+    defineInit(app);
+    defineDesign(app);
+    defineEvaluate(app);
+    defineCatalogue(app);
+    defineChart(app);
 }
 
 int CommandLine::run(int argc, const char* const* argv) {
@@ -150,91 +186,15 @@ int CommandLine::run(int argc, const char* const* argv) {
 
 void CommandLine::dispatch(const CLI::App& app) {
     if (app.got_subcommand("init")) {
-        throw NotBuiltError("database");
-    }
-    if (app.got_subcommand("design")) {
+        runInit();
+    } else if (app.got_subcommand("design")) {
         runDesign();
     } else if (app.got_subcommand("evaluate")) {
-        throw NotBuiltError("field evaluation");
+        runEvaluate();
     } else if (app.got_subcommand("catalogue")) {
-        runCatalogue();
+        runCatalogue(*app.get_subcommand("catalogue"));
     } else if (app.got_subcommand("chart")) {
         runChart(*app.get_subcommand("chart"));
-    }
-}
-
-void CommandLine::runDesign() {
-    const auto& o = *options_;
-    if (!o.plotPath.empty()) {
-        PlotReport::requireSupportedFormat(o.plotPath);
-    }
-    const auto design = DesignFile::load(o.designPath);
-    const auto source = services_.nozzleSource(o.cataloguePath);
-    const auto result = DesignRunner(o.maxPasses).run(design, *source);
-    if (o.json) {
-        JsonReport::write(out_, result);
-    } else {
-        TextReport::write(out_, result);
-    }
-    if (!o.csvPath.empty()) {
-        CsvReport::writeFile(o.csvPath, result);
-    }
-    if (!o.plotPath.empty()) {
-        PlotReport::writeFile(o.plotPath, result);
-    }
-    if (result.summary.unfittedOutlets > 0) {
-        note(fmt::format("warning: {} outlets have no nozzle within the tolerance",
-                         result.summary.unfittedOutlets));
-    }
-    if (!o.chartName.empty()) {
-        const auto id =
-            services_.chartStore(o.projectPath, o.cataloguePath)->saveAsNew(result.chart, o.chartName);
-        note(fmt::format("chart \"{}\" stored with id {}", o.chartName, id));
-    }
-}
-
-void CommandLine::runCatalogue() {
-    const auto& o = *options_;
-    const NozzleSelection selection{0, given(o.brand), given(o.model)};
-    const auto nozzles = services_.nozzleSource(o.cataloguePath)->nozzles(selection);
-    auto list = nlohmann::json::array();
-    for (Long i = 1; i <= nozzles->Count(); ++i) {
-        const auto nozzle = nozzles->objectAt<Aspersor>(i);
-        if (o.json) {
-            list.push_back({{"id", nozzle->id()},
-                            {"marca", nozzle->marca().nome},
-                            {"modelo", nozzle->modelo().nome},
-                            {"nome", nozzle->nome()},
-                            {"a", nozzle->a()},
-                            {"b", nozzle->b()},
-                            {"pmin", nozzle->pmin()},
-                            {"pmax", nozzle->pmax()},
-                            {"qmin", nozzle->qmin()},
-                            {"qmax", nozzle->qmax()}});
-        } else {
-            fmt::print(out_, "{:>6} {:<12} {:<14} {:<14} a={} b={} p {:g}-{:g} kPa q {:g}-{:g} l/s\n",
-                       nozzle->id(), nozzle->marca().nome, nozzle->modelo().nome, nozzle->nome(), nozzle->a(),
-                       nozzle->b(), nozzle->pmin(), nozzle->pmax(), nozzle->qmin(), nozzle->qmax());
-        }
-    }
-    if (o.json) {
-        out_ << list.dump(2) << '\n';
-    }
-}
-
-void CommandLine::runChart(const CLI::App& chart) {
-    const auto& o = *options_;
-    const auto store = services_.chartStore(o.projectPath, o.cataloguePath);
-    if (chart.got_subcommand("list")) {
-        for (const auto& info : store->list()) {
-            fmt::print(out_, "{:>6} {}\n", info.id, info.nome);
-        }
-    } else if (chart.got_subcommand("show")) {
-        const auto found = store->find(static_cast<Long>(o.chartId));
-        fmt::print(out_, "{:>6} {}: {} mounted nozzles, end-gun booster {:g} kPa\n", found->id(),
-                   found->getNome(), found->mountedAspersores()->Count(), found->getEndGunBoost());
-    } else if (chart.got_subcommand("delete")) {
-        store->destroy(static_cast<Long>(o.chartId));
     }
 }
 

@@ -14,7 +14,8 @@ class App;
 
 namespace caudalis::cli {
 
-/// The data sources the commands use; tests replace them with in-memory ones.
+/// The data sources the commands use; tests may replace the nozzle source and chart store
+/// with in-memory ones.
 struct Services {
     /// The nozzles of the catalogue database at the path.
     std::function<std::unique_ptr<NozzleSource>(const std::string& cataloguePath)> nozzleSource;
@@ -22,12 +23,14 @@ struct Services {
     std::function<std::unique_ptr<ChartStore>(const std::string& projectPath,
                                               const std::string& cataloguePath)>
         chartStore;
+    /// Whether long imports draw a progress bar on the error stream (a terminal).
+    bool progressOnErrorStream = false;
 
-    /// The sources backed by the databases.
+    /// The sources backed by the databases; progress shown when stderr is a terminal.
     static Services databases();
 };
 
-/// The `caudalis` program: parses the arguments, runs one subcommand (`init`, `design`,
+/// The `caudalis` program: parses the arguments, runs one command (`init`, `design`,
 /// `evaluate`, `catalogue`, `chart`) and turns every failure into one line on the error
 /// stream, "caudalis: ...", and an exit code (see `ExitCode`).
 class CommandLine {
@@ -36,12 +39,23 @@ public:
     ~CommandLine();
     int run(int argc, const char* const* argv);
 
-private:
     struct Options;
+
+private:
     void defineCommands(CLI::App& app);
+    void defineInit(CLI::App& app);
+    void defineDesign(CLI::App& app);
+    void defineEvaluate(CLI::App& app);
+    void defineCatalogue(CLI::App& app);
+    void defineChart(CLI::App& app);
     void dispatch(const CLI::App& app);
+
+    void runInit();
     void runDesign();
-    void runCatalogue();
+    void runEvaluate();
+    void runCatalogue(const CLI::App& catalogue);
+    void listNozzles();
+    void importCatalogue();
     void runChart(const CLI::App& chart);
     void note(const std::string& message);
 

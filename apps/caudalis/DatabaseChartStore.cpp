@@ -1,31 +1,125 @@
 #include "DatabaseChartStore.hpp"
 
+#include <filesystem>
+
+#include "CatalogueDatabase.hpp"
 #include "CliErrors.hpp"
+#include "caudalis/charts/CartaAspersores.hpp"
+#include "caudalis/charts/CartaAspersoresStatic.hpp"
+#include "caudalis/core/Error.hpp"
+#include "caudalis/core/Errors.hpp"
+#include "caudalis/core/Statics.hpp"
 
 namespace caudalis::cli {
 
-// To be written with the database layer: each operation opens the project database at
-// `projectPath_` (SQLite connection string) and calls CartaAspersoresStatic::saveAsNew,
-// enumerateAll, find (joining models from `cataloguePath_`) or destroy.
+namespace {
+
+std::shared_ptr<CartaAspersoresStatic> charts() {
+    return Statics::application()->CartaAspersor();
+}
+
+std::string takenName(const std::string& name, Long system) {
+    return "a chart named \"" + name + "\" already exists in system " + std::to_string(system);
+}
+
+}  // namespace
 
 DatabaseChartStore::DatabaseChartStore(std::string projectPath, std::string cataloguePath)
-    : projectPath_(std::move(projectPath)), cataloguePath_(std::move(cataloguePath)) {}
+    : project_(std::move(projectPath), DatabaseKind::Project),
+      catalogue_(std::move(cataloguePath), DatabaseKind::Catalogue) {}
 
-Long DatabaseChartStore::saveAsNew(const std::shared_ptr<CartaAspersores>& /*chart*/,
-                                   const std::string& /*name*/) {
-    throw NotBuiltError("chart database");
+template <class Work>
+auto DatabaseChartStore::onProject(const std::string& what, Work work) {
+    project_.requireUsable();
+    try {
+        return work(project_.connectionString());
+    } catch (const Error& error) {
+        throw InputError("cannot " + what + " in project database " + project_.path() + ": " +
+                         error.description());
+    }
 }
 
-std::vector<CartaInfo> DatabaseChartStore::list() {
-    throw NotBuiltError("chart database");
+void DatabaseChartStore::requireNameIsFree(const std::string& name, Long system) {
+    requireNoApostrophe(name, "chart name");
+    for (const auto& stored : listOf(system)) {
+        if (stored.info.nome == name) {
+            throw InputError(takenName(name, system));
+        }
+    }
 }
 
-std::shared_ptr<CartaAspersores> DatabaseChartStore::find(Long /*id*/) {
-    throw NotBuiltError("chart database");
+Long DatabaseChartStore::saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name,
+                                   Long system) {
+    requireNameIsFree(name, system);
+    chart->setNome(name);
+    try {
+        charts()->saveAsNew(project_.connectionString(), system, *chart);
+    } catch (const Error& error) {
+        if (error.number() == errorNumber(CartaExceptions::NomeDaCartaJaExistente)) {
+            throw InputError(takenName(name, system));
+        }
+        throw InputError("cannot store the chart in project database " + project_.path() + ": " +
+                         error.description());
+    }
+    return chart->id();
 }
 
-void DatabaseChartStore::destroy(Long /*id*/) {
-    throw NotBuiltError("chart database");
+std::vector<StoredChart> DatabaseChartStore::listOf(Long system) {
+    return onProject("list the charts", [&](const std::string& connection) {
+        std::vector<StoredChart> stored;
+        const auto infos = charts()->enumerateAll(connection, system);
+        for (const auto& item : *infos) {
+            stored.push_back(StoredChart{system, item.toRecord<CartaInfo>()});
+        }
+        return stored;
+    });
+}
+
+std::vector<StoredChart> DatabaseChartStore::list(std::optional<Long> system) {
+    if (system) {
+        return listOf(*system);
+    }
+    project_.requireUsable();
+    std::vector<StoredChart> stored;
+    for (const long each : project_.wholeNumbers(
+             "SELECT DISTINCT id_sistema FROM tb_cartas ORDER BY id_sistema", "id_sistema")) {
+        const auto ofSystem = listOf(static_cast<Long>(each));
+        stored.insert(stored.end(), ofSystem.begin(), ofSystem.end());
+    }
+    return stored;
+}
+
+Long DatabaseChartStore::systemOf(Long id) {
+    project_.requireUsable();
+    const auto systems = project_.wholeNumbers(
+        "SELECT id_sistema FROM tb_cartas WHERE id_carta=" + std::to_string(id), "id_sistema");
+    if (systems.empty()) {
+        throw InputError("no chart with id " + std::to_string(id) + " in project database " +
+                         project_.path());
+    }
+    return static_cast<Long>(systems.front());
+}
+
+LoadedChart DatabaseChartStore::find(Long id) {
+    const Long system = systemOf(id);
+    catalogue_.requireUsable();
+    const auto catalogue = std::filesystem::absolute(catalogue_.path()).string();
+    requireNoApostrophe(catalogue, "catalogue path");
+    auto chart = onProject("read the chart", [&](const std::string& connection) {
+        return charts()->find(connection, catalogue, static_cast<Integer>(id));
+    });
+    const auto stored = project_.wholeNumbers(
+        "SELECT count(*) as n FROM tb_aspersores WHERE id_carta=" + std::to_string(id), "n");
+    const long missing = stored.front() - static_cast<long>(chart->mountedAspersores()->Count());
+    return LoadedChart{chart, system, missing};
+}
+
+void DatabaseChartStore::destroy(Long id) {
+    systemOf(id);
+    onProject("delete the chart", [&](const std::string& connection) {
+        charts()->destroy(connection, static_cast<Integer>(id));
+        return 0;
+    });
 }
 
 }  // namespace caudalis::cli

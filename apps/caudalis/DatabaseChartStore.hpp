@@ -3,24 +3,33 @@
 #include <string>
 
 #include "ChartStore.hpp"
+#include "DatabaseFile.hpp"
 
 namespace caudalis::cli {
 
 /// Charts in the project database, with nozzle models joined from the catalogue database.
-///
-/// NOT BUILT YET: the library's chart persistence is not part of this build, so every
-/// operation raises "chart database support is not built yet".
+/// Both files are checked before they are used; the library's `save` and `destroy` run in one
+/// transaction, so a failure leaves the project database as it was.
 class DatabaseChartStore : public ChartStore {
 public:
     DatabaseChartStore(std::string projectPath, std::string cataloguePath);
-    Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name) override;
-    std::vector<CartaInfo> list() override;
-    std::shared_ptr<CartaAspersores> find(Long id) override;
+    void requireNameIsFree(const std::string& name, Long system) override;
+    Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name,
+                   Long system) override;
+    std::vector<StoredChart> list(std::optional<Long> system) override;
+    LoadedChart find(Long id) override;
     void destroy(Long id) override;
 
 private:
-    std::string projectPath_;
-    std::string cataloguePath_;
+    /// Runs a library call on the project database, turning its errors into `InputError`.
+    template <class Work>
+    auto onProject(const std::string& what, Work work);
+    std::vector<StoredChart> listOf(Long system);
+    /// The system of chart `id`; raises `InputError` when there is no such chart.
+    Long systemOf(Long id);
+
+    DatabaseFile project_;
+    DatabaseFile catalogue_;
 };
 
 }  // namespace caudalis::cli

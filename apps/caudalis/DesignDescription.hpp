@@ -75,7 +75,8 @@ struct NozzleSelection {
 
 struct DesignDescription {
     std::string name;
-    std::string systemId;
+    /// The irrigation system the machine belongs to; its charts are stored under this key.
+    std::optional<long> systemId;
     double inletPressureKpa = 0;
     double designFlowLps = 0;
     double roughnessC = 0;

@@ -1,17 +1,14 @@
 #include "DesignFile.hpp"
 
-#include <cerrno>
 #include <cmath>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <limits>
-#include <sstream>
 
 #include <fmt/format.h>
 
 #include "CliErrors.hpp"
 #include "JsonFields.hpp"
+#include "PlainText.hpp"
+#include "TextFile.hpp"
 
 namespace caudalis::cli {
 
@@ -19,15 +16,6 @@ namespace {
 
 constexpr long maxOutlets = std::numeric_limits<std::int16_t>::max();
 constexpr long maxId = std::numeric_limits<std::int32_t>::max();
-
-std::string oneLine(std::string text) {
-    for (auto& c : text) {
-        if (c == '\n' || c == '\r') {
-            c = ' ';
-        }
-    }
-    return text;
-}
 
 /// nlohmann's message without its "[json.exception.parse_error.101] " prefix.
 std::string parseErrorText(const nlohmann::json::parse_error& error) {
@@ -206,7 +194,7 @@ DesignDescription DesignFile::fromJson(const nlohmann::json& document) {
     root.optionalText("$schema");
     DesignDescription design;
     design.name = root.text("name");
-    design.systemId = root.optionalText("system_id").value_or("");
+    design.systemId = root.optionalWholeNumber("system_id", 1, maxId);
     design.inletPressureKpa = root.number("inlet_pressure_kpa", NumberRule::Positive);
     design.designFlowLps = root.number("design_flow_lps", NumberRule::Positive);
     design.roughnessC = root.number("roughness_c", NumberRule::Positive);
@@ -237,20 +225,7 @@ DesignDescription DesignFile::parse(const std::string& text, const std::string& 
 }
 
 DesignDescription DesignFile::load(const std::string& path) {
-    std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) {
-        throw InputError("cannot open design file " + path + ": it is a directory");
-    }
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        throw InputError("cannot open design file " + path + ": " + std::strerror(errno));
-    }
-    std::ostringstream content;
-    content << file.rdbuf();
-    if (file.bad()) {
-        throw InputError("cannot read design file " + path);
-    }
-    return parse(content.str(), path);
+    return parse(readTextFile(path, "design file"), path);
 }
 
 }  // namespace caudalis::cli

@@ -7,10 +7,6 @@ namespace caudalis::cli {
 
 namespace {
 
-nlohmann::json optionalNumber(const std::optional<double>& value) {
-    return value ? nlohmann::json(*value) : nlohmann::json(nullptr);
-}
-
 nlohmann::json conditionsJson(const ParPressaoCaudal& conditions) {
     return {{"pressao", conditions.pressao}, {"caudal", conditions.caudal}};
 }
@@ -69,7 +65,7 @@ nlohmann::json JsonReport::outletJson(const OutletResult& row) {
             {"caudal_do_aspersor", o.caudal_do_aspersor},
             {"over_pressure", o.over_pressure},
             {"regulated", row.regulated},
-            {"deviation_percent", optionalNumber(row.deviationPercent)},
+            {"deviation_percent", optionalJson(row.deviationPercent)},
             {"depth_mm", row.depthMm},
             {"ideal_depth_mm", row.idealDepthMm},
             {"aspersor", nozzleJson(o.obj_aspersor)}};
@@ -99,13 +95,13 @@ nlohmann::json JsonReport::summaryJson(const DesignSummary& s) {
             {"outlets", s.outlets},
             {"outlets_without_nozzle", s.unfittedOutlets},
             {"outlets_over_pressure", s.overPressureOutlets},
-            {"depth_mm", optionalNumber(s.depthMm)},
-            {"ideal_depth_mm", optionalNumber(s.idealDepthMm)},
+            {"depth_mm", optionalJson(s.depthMm)},
+            {"ideal_depth_mm", optionalJson(s.idealDepthMm)},
             {"peak_application_rates", peaks},
-            {"cu_heermann_hein_percent", optionalNumber(s.uniformityCoefficient)},
-            {"ideal_cu_heermann_hein_percent", optionalNumber(s.idealUniformityCoefficient)},
-            {"du_low_quarter_percent", optionalNumber(s.lowQuarterUniformity)},
-            {"ideal_du_low_quarter_percent", optionalNumber(s.idealLowQuarterUniformity)}};
+            {"cu_heermann_hein_percent", optionalJson(s.uniformityCoefficient)},
+            {"ideal_cu_heermann_hein_percent", optionalJson(s.idealUniformityCoefficient)},
+            {"du_low_quarter_percent", optionalJson(s.lowQuarterUniformity)},
+            {"ideal_du_low_quarter_percent", optionalJson(s.idealLowQuarterUniformity)}};
 }
 
 nlohmann::json JsonReport::toJson(const DesignResult& result) {
@@ -118,7 +114,7 @@ nlohmann::json JsonReport::toJson(const DesignResult& result) {
         outlets.push_back(outletJson(outlet));
     }
     return {{"name", result.design.name},
-            {"system_id", result.design.systemId},
+            {"system_id", optionalJson(result.design.systemId)},
             {"summary", summaryJson(result.summary)},
             {"spans", spans},
             {"outlets", outlets}};

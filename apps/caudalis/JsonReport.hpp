@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <ostream>
 
 #include <nlohmann/json.hpp>
@@ -7,6 +8,12 @@
 #include "DesignResult.hpp"
 
 namespace caudalis::cli {
+
+/// The value, or JSON null when there is none.
+template <class T>
+nlohmann::json optionalJson(const std::optional<T>& value) {
+    return value ? nlohmann::json(*value) : nlohmann::json(nullptr);
+}
 
 /// The whole result as JSON. Spans and outlets use the library's record field names
 /// (`distanciaAoPivot`, `pressao_actuante`, `caudal_do_aspersor`, `entry_conditions`, ...).

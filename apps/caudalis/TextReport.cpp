@@ -28,7 +28,7 @@ std::string beside(const std::optional<double>& actual, const std::optional<doub
 void TextReport::writeHeader(std::ostream& out, const DesignResult& result) {
     const auto& design = result.design;
     fmt::print(out, "Sprinkler chart: {}{}\n", design.name,
-               design.systemId.empty() ? "" : " (system " + design.systemId + ")");
+               design.systemId ? " (system " + std::to_string(*design.systemId) + ")" : "");
     const auto& selection = design.nozzleSelection;
     fmt::print(out, "Inlet {:.1f} kPa, design flow {:.3f} l/s, pipe C {:g}, nozzles within ±{:g} %{}{}\n\n",
                design.inletPressureKpa, design.designFlowLps, design.roughnessC, selection.tolerance * 100,

@@ -48,10 +48,20 @@ std::optional<double> Uniformity::lowQuarter(const BoundedArray<WaterDepthSample
     if (!mean || *mean == 0) {
         return std::nullopt;
     }
+    const auto quarterMean = lowQuarterMean(samples);
+    if (!quarterMean) {
+        return std::nullopt;
+    }
+    return 100 * checked::div(*quarterMean, *mean);
+}
+
+std::optional<double> Uniformity::lowQuarterMean(const BoundedArray<WaterDepthSample>& samples) {
+    if (!hasWeight(samples)) {
+        return std::nullopt;
+    }
     const auto depths = WaterDepths::shared();
     try {
-        const auto quarter = depths->LowQuarter(samples);
-        return 100 * checked::div(depths->Average(quarter), *mean);
+        return depths->Average(depths->LowQuarter(samples));
     } catch (const Error& error) {
         if (error.number() != errorNumber(WaterDepthSampleException::NotEnoughSamplesToComputeLowQuarter)) {
             throw;

@@ -16,6 +16,8 @@ public:
     static std::optional<double> meanDepth(const BoundedArray<WaterDepthSample>& samples);
     /// Heermann-Hein coefficient: 100 * (1 - sum |d_i - mean| r_i / sum d_i r_i), in %.
     static std::optional<double> heermannHein(const BoundedArray<WaterDepthSample>& samples);
+    /// Weighted mean depth of the driest quarter (`WaterDepths::LowQuarter`).
+    static std::optional<double> lowQuarterMean(const BoundedArray<WaterDepthSample>& samples);
     /// Low-quarter distribution uniformity: 100 * mean(low quarter) / mean(all), in %.
     static std::optional<double> lowQuarter(const BoundedArray<WaterDepthSample>& samples);
 };

@@ -21,26 +21,38 @@ using namespace caudalis::cli;
 
 namespace {
 
-/// A chart store that keeps what it is given, to see what `--save-chart` hands over.
+/// A chart store that keeps what it is given, to see what `--save` hands over.
 class RecordingChartStore : public ChartStore {
 public:
     std::shared_ptr<CartaAspersores> saved;
     std::string savedName;
-    Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name) override {
+    Long savedSystem = 0;
+    Long destroyed = 0;
+
+    void requireNameIsFree(const std::string& name, Long system) override {
+        if (name == "taken") {
+            throw InputError("a chart named \"taken\" already exists in system " + std::to_string(system));
+        }
+    }
+    Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name,
+                   Long system) override {
         saved = chart;
         savedName = name;
+        savedSystem = system;
         return 42;
     }
-    std::vector<CartaInfo> list() override { return {CartaInfo{"one", 1}, CartaInfo{"two", 2}}; }
-    std::shared_ptr<CartaAspersores> find(Long id) override {
+    std::vector<StoredChart> list(std::optional<Long> system) override {
+        return {StoredChart{system.value_or(3), CartaInfo{"one", 1}},
+                StoredChart{system.value_or(5), CartaInfo{"two", 2}}};
+    }
+    LoadedChart find(Long id) override {
         auto chart = makeCartaAspersores();
         chart->id(id);
         chart->setNome("found");
         chart->setEndGunBoost(120);
-        return chart;
+        return LoadedChart{chart, 8, 2};
     }
     void destroy(Long id) override { destroyed = id; }
-    Long destroyed = 0;
 };
 
 struct Outcome {
@@ -69,12 +81,17 @@ protected:
                 [this](const std::string&, const std::string&) {
                     struct Forwarding : ChartStore {
                         std::shared_ptr<RecordingChartStore> target;
-                        Long saveAsNew(const std::shared_ptr<CartaAspersores>& c,
-                                       const std::string& n) override {
-                            return target->saveAsNew(c, n);
+                        void requireNameIsFree(const std::string& n, Long s) override {
+                            target->requireNameIsFree(n, s);
                         }
-                        std::vector<CartaInfo> list() override { return target->list(); }
-                        std::shared_ptr<CartaAspersores> find(Long id) override { return target->find(id); }
+                        Long saveAsNew(const std::shared_ptr<CartaAspersores>& c, const std::string& n,
+                                       Long s) override {
+                            return target->saveAsNew(c, n, s);
+                        }
+                        std::vector<StoredChart> list(std::optional<Long> s) override {
+                            return target->list(s);
+                        }
+                        LoadedChart find(Long id) override { return target->find(id); }
                         void destroy(Long id) override { target->destroy(id); }
                     };
                     auto forwarding = std::make_unique<Forwarding>();
@@ -117,11 +134,13 @@ std::string readFile(const std::string& path) {
 }  // namespace
 
 TEST_F(CommandLineTest, DesignPrintsTheSprinklerChart) {
-    const auto result = run({"design", example("realistic"), "--catalogue", "sample.db"});
+    const auto result = run({"design", example("realistic")});
     EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(lastCataloguePath, "catalogue.db");
+    EXPECT_EQ(run({"design", example("small"), "--catalogue", "sample.db"}).exitCode, 0);
     EXPECT_EQ(lastCataloguePath, "sample.db");
     for (const char* expected :
-         {"Sprinkler chart: Home farm north pivot, 7 spans (system HF-N-400)", "Spans", "Outlets", "Summary",
+         {"Sprinkler chart: Home farm north pivot, 7 spans (system 400)", "Spans", "Outlets", "Summary",
           "Computed discharge", "End gun", "Peak application rate", "Uniformity CU (Heermann-Hein)",
           "Uniformity DU (low quarter)", "   7-19 ", "    gun ", "Vellora VL Gun"}) {
         EXPECT_NE(result.out.find(expected), std::string::npos) << expected;
@@ -190,32 +209,41 @@ TEST_F(CommandLineTest, TooFewPassesEndsWithExitCode3) {
               ExitCode::Usage);
 }
 
-TEST_F(CommandLineTest, SaveChartHandsTheChartToTheStore) {
-    const auto result = run({"design", example("realistic"), "--catalogue", "c", "--save-chart", "North 2024",
-                             "--project", "p.db", "--json"});
+TEST_F(CommandLineTest, SaveHandsTheChartToTheStore) {
+    const auto result = run({"design", example("realistic"), "--save", "North 2024", "--json"});
     ASSERT_EQ(result.exitCode, 0) << result.err;
     ASSERT_NE(store->saved, nullptr);
     EXPECT_EQ(store->savedName, "North 2024");
+    EXPECT_EQ(store->savedSystem, 400);
     EXPECT_DOUBLE_EQ(store->saved->getEndGunBoost(), 150);
-    EXPECT_NE(result.err.find("caudalis: chart \"North 2024\" stored with id 42"), std::string::npos);
+    EXPECT_NE(result.err.find("caudalis: chart \"North 2024\" stored in system 400 with id 42"),
+              std::string::npos);
     // The JSON on stdout stays clean.
     EXPECT_NO_THROW(nlohmann::json::parse(result.out));
-    EXPECT_EQ(run({"design", example("small"), "--catalogue", "c", "--save-chart", "x"}).exitCode,
-              ExitCode::Usage);
+    ASSERT_EQ(run({"design", example("small"), "--save", "x", "--system", "9"}).exitCode, 0);
+    EXPECT_EQ(store->savedSystem, 9);
+}
+
+TEST_F(CommandLineTest, TakenChartNameStopsBeforeTheComputation) {
+    const auto result = run({"design", example("small"), "--save", "taken"});
+    EXPECT_EQ(result.exitCode, ExitCode::BadInput);
+    EXPECT_EQ(result.err, "caudalis: a chart named \"taken\" already exists in system 2\n");
+    EXPECT_TRUE(result.out.empty());
+    EXPECT_EQ(store->saved, nullptr);
 }
 
 TEST_F(CommandLineTest, CatalogueListsTheSelectedNozzles) {
-    const auto result = run({"catalogue", "--catalogue", "c", "--brand", "Vellora", "--json"});
+    const auto result = run({"catalogue", "list", "--brand", "Vellora", "--json"});
     ASSERT_EQ(result.exitCode, 0) << result.err;
     const auto list = nlohmann::json::parse(result.out);
     ASSERT_FALSE(list.empty());
     for (const auto& nozzle : list) {
         EXPECT_EQ(nozzle["marca"], "Vellora");
     }
-    const auto text = run({"catalogue", "--catalogue", "c", "--model", "NB Wobbler"});
+    const auto text = run({"catalogue", "--catalogue", "c", "list", "--model", "NB Wobbler"});
     EXPECT_NE(text.out.find("NB Wobbler"), std::string::npos);
     EXPECT_EQ(text.out.find("Aquarion"), std::string::npos);
-    const auto none = run({"catalogue", "--catalogue", "c", "--brand", "X", "--model", "Y"});
+    const auto none = run({"catalogue", "list", "--brand", "X", "--model", "Y"});
     EXPECT_EQ(none.exitCode, ExitCode::BadInput);
     EXPECT_EQ(
         none.err,
@@ -225,25 +253,20 @@ TEST_F(CommandLineTest, CatalogueListsTheSelectedNozzles) {
 TEST_F(CommandLineTest, ChartCommandsUseTheStore) {
     const auto list = run({"chart", "--project", "p", "list"});
     EXPECT_EQ(list.exitCode, 0);
-    EXPECT_EQ(list.out, "     1 one\n     2 two\n");
-    const auto show = run({"chart", "--project", "p", "--catalogue", "c", "show", "7"});
-    EXPECT_EQ(show.out, "     7 found: 0 mounted nozzles, end-gun booster 120 kPa\n");
-    EXPECT_EQ(run({"chart", "--project", "p", "delete", "9"}).exitCode, 0);
+    EXPECT_EQ(list.out, "    system     id  name\n         3      1  one\n         5      2  two\n");
+    EXPECT_EQ(run({"chart", "list", "--system", "4"}).out,
+              "    system     id  name\n         4      1  one\n         4      2  two\n");
+    const auto show = run({"chart", "show", "7", "--catalogue", "c"});
+    EXPECT_EQ(show.out.rfind("Chart 7: found (system 8)\n  End-gun booster     120 kPa\n", 0), 0u)
+        << show.out;
+    EXPECT_NE(show.out.find("Mounted nozzles: 0\n"), std::string::npos);
+    EXPECT_EQ(show.err, "caudalis: warning: 2 of the chart's nozzles are not in catalogue c\n");
+    const auto deleted = run({"chart", "--project", "p", "delete", "9"});
+    EXPECT_EQ(deleted.exitCode, 0);
+    EXPECT_EQ(deleted.err, "caudalis: chart 9 deleted\n");
     EXPECT_EQ(store->destroyed, 9);
     EXPECT_EQ(run({"chart", "--project", "p"}).exitCode, ExitCode::Usage);
-}
-
-TEST_F(CommandLineTest, DatabaseBackedSourcesAreNotBuiltYet) {
-    const auto design = run({"design", example("small"), "--catalogue", "c.db"}, Services::databases());
-    EXPECT_EQ(design.exitCode, ExitCode::BadInput);
-    EXPECT_EQ(design.err, "caudalis: catalogue database support is not built yet\n");
-    const auto chart = run({"chart", "--project", "p.db", "list"}, Services::databases());
-    EXPECT_EQ(chart.err, "caudalis: chart database support is not built yet\n");
-    const auto init = run({"init", "--project", "p.db", "--catalogue", "c.db"}, Services::databases());
-    EXPECT_EQ(init.err, "caudalis: database support is not built yet\n");
-    const auto evaluate = run({"evaluate", "r.txt", "--gauge-diameter-mm", "150"}, Services::databases());
-    EXPECT_EQ(evaluate.err, "caudalis: field evaluation support is not built yet\n");
-    EXPECT_EQ(evaluate.exitCode, ExitCode::BadInput);
+    EXPECT_EQ(run({"chart", "show", "0"}).exitCode, ExitCode::Usage);
 }
 
 TEST_F(CommandLineTest, HelpAndVersionSucceed) {

@@ -16,7 +16,7 @@ namespace {
 json validDesign() {
     return json::parse(R"({
         "name": "Test pivot",
-        "system_id": "T-1",
+        "system_id": 17,
         "inlet_pressure_kpa": 250,
         "design_flow_lps": 20,
         "roughness_c": 140,
@@ -61,7 +61,7 @@ std::string messageFor(const std::function<void(json&)>& edit) {
 TEST(DesignFile, ReadsEveryFieldOfAValidDesign) {
     const auto design = DesignFile::fromJson(validDesign());
     EXPECT_EQ(design.name, "Test pivot");
-    EXPECT_EQ(design.systemId, "T-1");
+    EXPECT_EQ(design.systemId, 17);
     EXPECT_DOUBLE_EQ(design.inletPressureKpa, 250);
     EXPECT_DOUBLE_EQ(design.designFlowLps, 20);
     EXPECT_DOUBLE_EQ(design.roughnessC, 140);
@@ -106,7 +106,7 @@ TEST(DesignFile, OptionalPartsMayBeLeftOut) {
     }
     document["nozzle_selection"] = {{"tolerance", 0.2}};
     const auto design = DesignFile::fromJson(document);
-    EXPECT_EQ(design.systemId, "");
+    EXPECT_FALSE(design.systemId);
     EXPECT_DOUBLE_EQ(design.centreElevationM, 0);
     EXPECT_FALSE(design.overhang || design.endGun || design.drop || design.pluviometryCheck);
     EXPECT_TRUE(design.regulators.empty());
@@ -144,6 +144,8 @@ TEST(DesignFile, EachBadValueNamesItsField) {
     EXPECT_EQ(messageFor([](json& d) { d["spans"] = 3; }), "spans must be an array");
     EXPECT_EQ(messageFor([](json& d) { d["spans"][1] = 3; }), "spans[1] must be an object");
     EXPECT_EQ(messageFor([](json& d) { d["spans"][0]["id"] = 1.5; }), "spans[0].id must be a whole number");
+    EXPECT_EQ(messageFor([](json& d) { d["system_id"] = "T-1"; }), "system_id must be a number");
+    EXPECT_EQ(messageFor([](json& d) { d["system_id"] = 0; }), "system_id must be between 1 and 2147483647");
     EXPECT_EQ(messageFor([](json& d) { d["overhang"]["outlet_spacing_cm"] = -1; }),
               "overhang.outlet_spacing_cm must be > 0");
     EXPECT_EQ(messageFor([](json& d) { d["end_gun"]["ring_width_m"] = 0; }),

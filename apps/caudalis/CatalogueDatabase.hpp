@@ -1,0 +1,49 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "DatabaseFile.hpp"
+#include "DesignDescription.hpp"
+#include "caudalis/core/Collection.hpp"
+#include "caudalis/core/Records.hpp"
+
+namespace caudalis::cli {
+
+/// A catalogue database file read through `AspersoresStatic`: its brands, its models and the
+/// nozzles a selection allows. Every read first checks that the file is a catalogue database;
+/// every failure raises `InputError` naming the file (or the unknown brand or model).
+class CatalogueDatabase {
+public:
+    explicit CatalogueDatabase(std::string path);
+
+    const DatabaseFile& file() const noexcept { return file_; }
+
+    std::vector<marca> brands() const;
+    /// Every model, with its brand.
+    std::vector<modelo> models() const;
+    /// The nozzles of the selection's brand and/or model (every nozzle when it names neither),
+    /// in catalogue order. Raises for a brand or model the catalogue does not have, and when
+    /// no nozzle is left.
+    CollectionRef nozzles(const NozzleSelection& selection) const;
+
+    /// Raises `InputError` unless `brand` is one of `brands`.
+    void requireBrand(const std::vector<marca>& brands, const std::string& brand) const;
+    /// Raises `InputError` unless a model named `model` exists (of `brand`, when given).
+    void requireModel(const std::vector<modelo>& models, const std::string& model,
+                      const std::optional<std::string>& brand) const;
+
+private:
+    /// Runs a library read, turning its errors into `InputError` naming the file.
+    template <class Read>
+    auto reading(Read read) const;
+
+    DatabaseFile file_;
+};
+
+/// Raises `InputError` when `text` holds an apostrophe, which the library's statements cannot
+/// carry; `what` names the value ("--save", "brand").
+void requireNoApostrophe(const std::string& text, const std::string& what);
+
+}  // namespace caudalis::cli

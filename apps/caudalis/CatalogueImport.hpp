@@ -1,0 +1,38 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "CatalogueCsv.hpp"
+#include "caudalis/core/Records.hpp"
+
+namespace caudalis::cli {
+
+/// What an import added.
+struct ImportSummary {
+    long nozzles = 0;
+    long newBrands = 0;
+    long newModels = 0;
+};
+
+/// Imports checked CSV rows into a catalogue database, all or nothing. The library's `save`
+/// commits each nozzle on a connection of its own, so the rows go into a copy of the database
+/// file, which replaces the original only when every row is in. Brands and models that the
+/// catalogue (or an earlier row) already has are reused by their keys, never inserted again.
+class CatalogueImport {
+public:
+    CatalogueImport(std::string cataloguePath, std::ostream& progress, bool showProgress);
+    /// Raises `InputError` naming the row that failed; the catalogue is then as before.
+    ImportSummary run(const std::vector<CatalogueRow>& rows) const;
+
+private:
+    /// Saves every row into the database at `copyPath`.
+    ImportSummary importInto(const std::string& copyPath, const std::vector<CatalogueRow>& rows) const;
+
+    std::string cataloguePath_;
+    std::ostream& progress_;
+    bool showProgress_;
+};
+
+}  // namespace caudalis::cli

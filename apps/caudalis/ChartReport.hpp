@@ -1,0 +1,21 @@
+#pragma once
+
+#include <ostream>
+#include <vector>
+
+#include "ChartStore.hpp"
+
+namespace caudalis::cli {
+
+/// Stored charts as text: the list of charts, and one chart's whole content.
+class ChartReport {
+public:
+    static void writeList(std::ostream& out, const std::vector<StoredChart>& charts);
+    static void write(std::ostream& out, const LoadedChart& loaded);
+
+private:
+    static void writeAccessories(std::ostream& out, CartaAspersores& chart);
+    static void writeNozzles(std::ostream& out, const CartaAspersores& chart);
+};
+
+}  // namespace caudalis::cli

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "CommandLine.hpp"
+
+namespace caudalis::cli {
+
+/// The values of every option and argument of the program, filled by the argument parser.
+struct CommandLine::Options {
+    // Databases (defaults: in the current folder).
+    std::string projectPath = "project.db";
+    std::string cataloguePath = "catalogue.db";
+    // init
+    std::string folder = ".";
+    std::optional<std::string> dataFolder;
+    // design
+    std::string designPath;
+    std::string csvPath;
+    std::string plotPath;
+    std::optional<std::string> chartName;
+    std::optional<long> system;
+    long maxPasses = 1000;
+    bool json = false;
+    // evaluate
+    std::vector<std::string> readingsPaths;
+    double gaugeDiameterM = 0;
+    std::optional<std::string> evaluationName;
+    bool saveEvaluation = false;
+    // catalogue
+    std::optional<std::string> brand;
+    std::optional<std::string> model;
+    std::string csvImportPath;
+    // chart
+    long chartId = 0;
+};
+
+}  // namespace caudalis::cli

@@ -1,0 +1,201 @@
+// The commands of the program, each run after the arguments are parsed.
+
+#include <filesystem>
+
+#include <fmt/format.h>
+#include <fmt/ostream.h>
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include "CatalogueDatabase.hpp"
+#include "CatalogueImport.hpp"
+#include "ChartReport.hpp"
+#include "CliErrors.hpp"
+#include "CommandOptions.hpp"
+#include "CsvReport.hpp"
+#include "DataFolder.hpp"
+#include "DesignFile.hpp"
+#include "DesignRunner.hpp"
+#include "EvaluationReport.hpp"
+#include "EvaluationStore.hpp"
+#include "JsonReport.hpp"
+#include "PlotReport.hpp"
+#include "ProjectSetup.hpp"
+#include "ReadingsFile.hpp"
+#include "TextReport.hpp"
+#include "caudalis/catalogue/Aspersor.hpp"
+#include "caudalis/charts/CartaAspersores.hpp"
+
+namespace caudalis::cli {
+
+namespace {
+
+/// The system a design's chart is stored under: --system, else the file's system_id.
+Long systemFor(const std::optional<long>& given, const DesignDescription& design) {
+    const auto system = given ? given : design.systemId;
+    if (!system) {
+        throw UsageError("--save needs a system: give --system ID or system_id in the design file");
+    }
+    return static_cast<Long>(*system);
+}
+
+nlohmann::json nozzleJson(const Aspersor& nozzle) {
+    return {{"id", nozzle.id()},
+            {"marca", nozzle.marca().nome},
+            {"modelo", nozzle.modelo().nome},
+            {"nome", nozzle.nome()},
+            {"a", nozzle.a()},
+            {"b", nozzle.b()},
+            {"pmin", nozzle.pmin()},
+            {"pmax", nozzle.pmax()},
+            {"qmin", nozzle.qmin()},
+            {"qmax", nozzle.qmax()}};
+}
+
+void printNozzle(std::ostream& out, const Aspersor& nozzle) {
+    fmt::print(out, "{:>6} {:<12} {:<16} {:<14} a={} b={} p {:g}-{:g} kPa q {:g}-{:g} l/s\n", nozzle.id(),
+               nozzle.marca().nome, nozzle.modelo().nome, nozzle.nome(), nozzle.a(), nozzle.b(),
+               nozzle.pmin(), nozzle.pmax(), nozzle.qmin(), nozzle.qmax());
+}
+
+std::string defaultEvaluationName(const std::vector<std::string>& paths) {
+    return std::filesystem::path(paths.front()).stem().string();
+}
+
+}  // namespace
+
+void CommandLine::runInit() {
+    const auto& o = *options_;
+    ProjectSetup(o.folder, DataFolder::locate(o.dataFolder)).run(out_);
+}
+
+void CommandLine::runDesign() {
+    const auto& o = *options_;
+    if (!o.plotPath.empty()) {
+        PlotReport::requireSupportedFormat(o.plotPath);
+    }
+    const auto design = DesignFile::load(o.designPath);
+    std::unique_ptr<ChartStore> store;
+    Long system = 0;
+    if (o.chartName) {
+        system = systemFor(o.system, design);
+        store = services_.chartStore(o.projectPath, o.cataloguePath);
+        store->requireNameIsFree(*o.chartName, system);
+    }
+    const auto source = services_.nozzleSource(o.cataloguePath);
+    const auto result = DesignRunner(o.maxPasses).run(design, *source);
+    if (o.json) {
+        JsonReport::write(out_, result);
+    } else {
+        TextReport::write(out_, result);
+    }
+    if (!o.csvPath.empty()) {
+        CsvReport::writeFile(o.csvPath, result);
+    }
+    if (!o.plotPath.empty()) {
+        PlotReport::writeFile(o.plotPath, result);
+    }
+    if (result.summary.unfittedOutlets > 0) {
+        note(fmt::format("warning: {} outlets have no nozzle within the tolerance",
+                         result.summary.unfittedOutlets));
+    }
+    if (store) {
+        const auto id = store->saveAsNew(result.chart, *o.chartName, system);
+        note(fmt::format("chart \"{}\" stored in system {} with id {}", *o.chartName, system, id));
+    }
+}
+
+void CommandLine::runEvaluate() {
+    const auto& o = *options_;
+    const auto name = o.evaluationName.value_or(defaultEvaluationName(o.readingsPaths));
+    const EvaluationStore store(o.projectPath);
+    if (o.saveEvaluation) {
+        store.requireNameIsFree(name);
+    }
+    const auto passes = ReadingsFile::load(o.readingsPaths);
+    const auto figures = FieldEvaluation::evaluate(passes, o.gaugeDiameterM, name);
+    if (o.json) {
+        out_ << EvaluationReport::toJson(figures).dump(2) << '\n';
+    } else {
+        EvaluationReport::write(out_, figures);
+    }
+    if (!figures.rejected.empty()) {
+        note(fmt::format("warning: {} invalid readings left out", figures.rejected.size()));
+    }
+    if (o.saveEvaluation) {
+        const auto id = store.save(FieldEvaluation::record(passes, o.gaugeDiameterM, name));
+        note(fmt::format("evaluation \"{}\" stored with id {}", name, id));
+    }
+}
+
+void CommandLine::listNozzles() {
+    const auto& o = *options_;
+    const NozzleSelection selection{0, o.brand, o.model};
+    const auto nozzles = services_.nozzleSource(o.cataloguePath)->nozzles(selection);
+    auto list = nlohmann::json::array();
+    for (Long i = 1; i <= nozzles->Count(); ++i) {
+        const auto nozzle = nozzles->objectAt<Aspersor>(i);
+        if (o.json) {
+            list.push_back(nozzleJson(*nozzle));
+        } else {
+            printNozzle(out_, *nozzle);
+        }
+    }
+    if (o.json) {
+        out_ << list.dump(2) << '\n';
+    }
+}
+
+void CommandLine::importCatalogue() {
+    const auto& o = *options_;
+    const auto rows = CatalogueCsv::load(o.csvImportPath);
+    const auto summary = CatalogueImport(o.cataloguePath, err_, services_.progressOnErrorStream).run(rows);
+    fmt::print(out_, "imported {} nozzles into {} ({} new brands, {} new models)\n", summary.nozzles,
+               o.cataloguePath, summary.newBrands, summary.newModels);
+}
+
+void CommandLine::runCatalogue(const CLI::App& command) {
+    const auto& o = *options_;
+    const CatalogueDatabase catalogue(o.cataloguePath);
+    if (command.got_subcommand("brands")) {
+        for (const auto& brand : catalogue.brands()) {
+            fmt::print(out_, "{:>6} {}\n", brand.id, brand.nome);
+        }
+    } else if (command.got_subcommand("models")) {
+        const auto brands = catalogue.brands();
+        if (o.brand) {
+            catalogue.requireBrand(brands, *o.brand);
+        }
+        for (const auto& model : catalogue.models()) {
+            if (!o.brand || model.marca.nome == *o.brand) {
+                fmt::print(out_, "{:>6} {:<12} {}\n", model.id, model.marca.nome, model.nome);
+            }
+        }
+    } else if (command.got_subcommand("list")) {
+        listNozzles();
+    } else if (command.got_subcommand("import")) {
+        importCatalogue();
+    }
+}
+
+void CommandLine::runChart(const CLI::App& command) {
+    const auto& o = *options_;
+    const auto store = services_.chartStore(o.projectPath, o.cataloguePath);
+    const auto id = static_cast<Long>(o.chartId);
+    if (command.got_subcommand("list")) {
+        ChartReport::writeList(
+            out_, store->list(o.system ? std::optional<Long>(static_cast<Long>(*o.system)) : std::nullopt));
+    } else if (command.got_subcommand("show")) {
+        const auto loaded = store->find(id);
+        ChartReport::write(out_, loaded);
+        if (loaded.missingNozzles > 0) {
+            note(fmt::format("warning: {} of the chart's nozzles are not in catalogue {}",
+                             loaded.missingNozzles, o.cataloguePath));
+        }
+    } else if (command.got_subcommand("delete")) {
+        store->destroy(id);
+        note(fmt::format("chart {} deleted", id));
+    }
+}
+
+}  // namespace caudalis::cli

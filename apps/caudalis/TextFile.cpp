@@ -1,0 +1,30 @@
+#include "TextFile.hpp"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "CliErrors.hpp"
+
+namespace caudalis::cli {
+
+std::string readTextFile(const std::string& path, const std::string& kind) {
+    std::error_code ignored;
+    if (std::filesystem::is_directory(path, ignored)) {
+        throw InputError("cannot open " + kind + " " + path + ": it is a directory");
+    }
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        throw InputError("cannot open " + kind + " " + path + ": " + std::strerror(errno));
+    }
+    std::ostringstream content;
+    content << file.rdbuf();
+    if (file.bad()) {
+        throw InputError("cannot read " + kind + " " + path);
+    }
+    return content.str();
+}
+
+}  // namespace caudalis::cli

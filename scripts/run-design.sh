@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Builds the caudalis program (Release, two jobs, no tests or benchmarks), creates a project
+# database and a catalogue database with the sample catalogue in out/demo, and designs the
+# realistic example machine against them, printing its sprinkler chart.
+# Usage: scripts/run-design.sh [design-file] (default examples/designs/realistic.json)
+set -euo pipefail
+cd "$(dirname "$0")/.."
+BUILD_DIR="${BUILD_DIR:-build-release}"
+WORK_DIR="${WORK_DIR:-out/demo}"
+DESIGN="${1:-examples/designs/realistic.json}"
+cmake -S . -B "$BUILD_DIR" -DCMAKE_BUILD_TYPE=Release -DCAUDALIS_BUILD_TESTS=OFF -DCAUDALIS_BUILD_BENCHMARKS=OFF
+cmake --build "$BUILD_DIR" -j2
+CAUDALIS="$BUILD_DIR/apps/caudalis/caudalis"
+"$CAUDALIS" init "$WORK_DIR"
+"$CAUDALIS" design "$DESIGN" --project "$WORK_DIR/project.db" --catalogue "$WORK_DIR/catalogue.db"

@@ -133,7 +133,7 @@ TEST(DesignRunner, HillyMachineUsesRegulatorsAndBrand) {
     EXPECT_EQ(result.chart->getReguladores()->Count(), 6);
     EXPECT_EQ(result.chart->getIndicadores().numeroSaidasObturadas, 2);
     EXPECT_TRUE(result.chart->getDrop().p_installed);
-    EXPECT_EQ(result.chart->getDrop().pipe_material.name, "Polyethylene hose");
+    EXPECT_EQ(result.chart->getDrop().pipe_material.name, "Polyethylene");
 }
 
 TEST(DesignRunner, DropHoseCostsPressureAtTheRequiredFlow) {
@@ -147,7 +147,7 @@ TEST(DesignRunner, DropHoseCostsPressureAtTheRequiredFlow) {
     const auto b = DesignRunner(1000).run(withoutDrop, source);
     ASSERT_EQ(a.outlets.size(), b.outlets.size());
     const auto drops = Statics::application()->Drops();
-    const auto hose = drops->newDrop(19, 3.5, PipeMaterial{1, "Polyethylene hose", 140});
+    const auto hose = drops->newDrop(19, 3.5, PipeMaterial{2, "Polyethylene", 140});
     for (std::size_t i = 0; i < a.outlets.size(); ++i) {
         const auto& o = a.outlets[i].outlet;
         const double expected =

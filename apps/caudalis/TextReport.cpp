@@ -14,7 +14,7 @@ std::string orNotAvailable(const std::optional<double>& value, const char* forma
 }
 
 void line(std::ostream& out, const std::string& label, const std::string& value) {
-    fmt::print(out, "  {:<32}{}\n", label, value);
+    fmt::print(out, "  {:<38}{}\n", label, value);
 }
 
 std::string beside(const std::optional<double>& actual, const std::optional<double>& ideal,
@@ -57,7 +57,7 @@ void TextReport::writeSpans(std::ostream& out, const DesignResult& result) {
 
 void TextReport::writeOutlets(std::ostream& out, const DesignResult& result) {
     fmt::print(out, "Outlets\n");
-    fmt::print(out, "{:>7} {:>8} {:>8} {:>8} {:>9} {:>9} {:>9}  {:<32} {:>8} {:>7} {:>8} {}\n", "outlet",
+    fmt::print(out, "{:>7} {:>8} {:>8} {:>8} {:>9} {:>9} {:>9}  {:<38} {:>8} {:>7} {:>8} {}\n", "outlet",
                "dist m", "elev m", "req l/s", "ideal kPa", "real kPa", "act kPa", "nozzle", "q l/s", "dev %",
                "depth mm", "over");
     for (const auto& row : result.outlets) {
@@ -65,7 +65,7 @@ void TextReport::writeOutlets(std::ostream& out, const DesignResult& result) {
         const bool gun = row.place == OutletPlace::EndGun;
         fmt::print(
             out,
-            "{:>7} {:>8.2f} {:>8} {:>8.4f} {:>9.1f} {:>9.1f} {:>9.1f}  {:<32} {:>8.4f} {:>7} {:>8.2f} {}\n",
+            "{:>7} {:>8.2f} {:>8} {:>8.4f} {:>9.1f} {:>9.1f} {:>9.1f}  {:<38} {:>8.4f} {:>7} {:>8.2f} {}\n",
             outletLabel(row), o.distanciaAoPivot, gun ? "-" : fmt::format("{:.2f}", o.cota), o.caudal,
             o.pressao_ideal, o.pressao_real, o.pressao_actuante, nozzleLabel(o), o.caudal_do_aspersor,
             orNotAvailable(row.deviationPercent, "{:+.1f}"), row.depthMm, o.over_pressure ? "yes" : "");

@@ -1,13 +1,18 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that building, testing and running Caudalis need.
+# Installs the Debian packages that Caudalis needs.
+#   scripts/install-deps.sh           what building the library and the command line needs
+#   scripts/install-deps.sh --tests   that, and everything the test suites need
+# The package lists live in scripts/deps/: build.txt always, and test*.txt with --tests.
 set -euo pipefail
+cd "$(dirname "$0")"
 SUDO=""
 if [ "$(id -u)" -ne 0 ]; then SUDO="sudo"; fi
 export DEBIAN_FRONTEND=noninteractive
-$SUDO apt-get update
-$SUDO apt-get install -y --no-install-recommends \
-  build-essential cmake pkg-config ccache git \
-  libgtest-dev libgmock-dev libbenchmark-dev \
-  libsqlite3-dev sqlite3 python3 \
-  nlohmann-json3-dev libcli11-dev libfmt-dev libplplot-dev plplot-driver-cairo \
-  clang-format
+
+lists=(deps/build.txt)
+if [ "${1:-}" = "--tests" ]; then
+  lists+=(deps/test*.txt)
+fi
+mapfile -t packages < <(cat "${lists[@]}" | sed -e 's/#.*//' -e 's/[[:space:]]//g' | grep -v '^$' | sort -u)
+$SUDO apt-get update || true
+$SUDO apt-get install -y --no-install-recommends "${packages[@]}"

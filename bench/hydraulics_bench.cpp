@@ -5,7 +5,9 @@
 #include <cmath>
 #include <cstdlib>
 #include <new>
+#include <vector>
 
+#include "PairedTiming.hpp"
 #include "caudalis/catalogue/AspersoresStatic.hpp"
 #include "caudalis/caudalis.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
@@ -118,5 +120,87 @@ void BM_CalculateToConvergence(benchmark::State& state) {
         static_cast<double>(strategy->outlets) / (1000.0 * static_cast<double>(state.iterations()));
 }
 BENCHMARK(BM_CalculateToConvergence)->Unit(benchmark::kMicrosecond);
+
+/// The yardstick of the march: the arithmetic of one pass written as a plain loop, with the
+/// seven `pow` calls per outlet that the Hazen-Williams law (pipe and drop hose) and the nozzle
+/// law take when every term is worked out afresh.
+class PlainMarch {
+public:
+    explicit PlainMarch(const pivot& machine)
+        : inletPressure_(machine.presion), roughness_(machine.rugosidad) {
+        for (const tramo& span : machine.Tramos) {
+            for (const saida& outlet : span.Saidas) {
+                outlets_.push_back({span.separacionSaidas, span.diametro, outlet.caudal});
+            }
+        }
+        benchmark::DoNotOptimize(ten_);
+    }
+
+    /// `passes` passes with `inflow` entering; returns the delivered flow of the last one.
+    double passes(long long outletPasses, double inflow) const {
+        double delivered = 0;
+        const auto count = static_cast<long long>(outlets_.size());
+        for (long long done = 0; done < outletPasses; done += count) {
+            delivered = pass(inflow);
+        }
+        return delivered;
+    }
+
+private:
+    struct Outlet {
+        double spacing;
+        double diameter;
+        double required;
+    };
+
+    double unitLoss(double flow, double diameter, double roughness) const {
+        return std::pow(diameter, -4.87) * (std::pow(ten_, ten_) * 1.21 * std::pow(flow / roughness, 1.852));
+    }
+
+    double pass(double inflow) const {
+        double p = inletPressure_;
+        double q = inflow;
+        for (const Outlet& outlet : outlets_) {
+            const double friction =
+                outlet.spacing * 10.0 * unitLoss(std::max(0.0, q), outlet.diameter, roughness_);
+            const double dropLoss = unitLoss(outlet.required, hoseDiameter_, hoseRoughness_) * hoseLength_;
+            const double pPipe = p - 0.1 - friction;
+            const double pReal = std::max(0.0, pPipe - dropLoss);
+            const double flow = nozzleA_ * std::pow(pReal, nozzleB_);
+            p = pPipe;
+            q -= flow;
+        }
+        return inflow - q;
+    }
+
+    double inletPressure_;
+    double roughness_;
+    double ten_ = 10.0;
+    double hoseDiameter_ = 20;
+    double hoseRoughness_ = 140;
+    double hoseLength_ = 2.5;
+    double nozzleA_ = 0.0045;
+    double nozzleB_ = 0.5;
+    std::vector<Outlet> outlets_;
+};
+
+/// `calculate` to convergence beside the plain loop doing as many outlet passes.
+void BM_MarchAgainstPlainLoop(benchmark::State& state) {
+    auto strategy = std::make_shared<FixedNozzleStrategy>(benchNozzle());
+    auto wrapper = wrappedMachine(strategy);
+    pivot machine;
+    wrapper->update(machine);
+    const PlainMarch plain(machine);
+    bench::PairedTiming timing;
+    for (auto _ : state) {
+        const long long before = strategy->outlets;
+        timing.library([&] { wrapper->calculate(); });
+        const long long outletPasses = strategy->outlets - before;
+        timing.yardstick([&] { benchmark::DoNotOptimize(plain.passes(outletPasses, machine.caudal)); });
+        timing.addUnits(static_cast<double>(outletPasses));
+    }
+    timing.report(state);
+}
+BENCHMARK(BM_MarchAgainstPlainLoop)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

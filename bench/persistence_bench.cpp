@@ -1,10 +1,13 @@
 #include <benchmark/benchmark.h>
+#include <sqlite3.h>
 
 #include <chrono>
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <vector>
 
+#include "PairedTiming.hpp"
 #include "caudalis/caudalis.hpp"
 
 namespace {
@@ -13,7 +16,7 @@ using namespace caudalis;
 
 /// The shipped data folder of the source tree.
 std::filesystem::path shippedData(const std::string& relative) {
-    return std::filesystem::path(__FILE__).parent_path().parent_path() / "data" / relative;
+    return std::filesystem::path(CAUDALIS_SOURCE_DIR) / "data" / relative;
 }
 
 /// A project and a catalogue database made from the shipped schemas (with the sample pipe
@@ -109,5 +112,130 @@ void BM_FindWholeCatalogue(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_FindWholeCatalogue)->Unit(benchmark::kMillisecond);
+
+/// The statement texts SQLite runs, as it runs them, while a capture is on. The capture
+/// hooks every connection opened meanwhile, the library's included.
+class StatementCapture {
+public:
+    StatementCapture() {
+        active_ = this;
+        sqlite3_auto_extension(reinterpret_cast<void (*)()>(&StatementCapture::hook));
+    }
+    ~StatementCapture() {
+        sqlite3_cancel_auto_extension(reinterpret_cast<void (*)()>(&StatementCapture::hook));
+        active_ = nullptr;
+    }
+    StatementCapture(const StatementCapture&) = delete;
+    StatementCapture& operator=(const StatementCapture&) = delete;
+
+    const std::vector<std::string>& statements() const noexcept { return statements_; }
+
+private:
+    static int hook(sqlite3* db, const char** /*error*/, const void* /*api*/) {
+        sqlite3_trace_v2(db, SQLITE_TRACE_STMT, &StatementCapture::trace, nullptr);
+        return SQLITE_OK;
+    }
+    static int trace(unsigned type, void* /*context*/, void* statement, void* text) {
+        const auto* sql = static_cast<const char*>(text);
+        if (type != SQLITE_TRACE_STMT || active_ == nullptr || std::string_view(sql).starts_with("--")) {
+            return 0;
+        }
+        char* expanded = sqlite3_expanded_sql(static_cast<sqlite3_stmt*>(statement));
+        active_->statements_.emplace_back(expanded != nullptr ? expanded : sql);
+        sqlite3_free(expanded);
+        return 0;
+    }
+
+    static inline StatementCapture* active_ = nullptr;
+    std::vector<std::string> statements_;
+};
+
+/// The yardstick of chart persistence: the captured statement texts run on a connection of its
+/// own, each prepared, stepped to the end with every column of every row read, and finalized.
+class RawStatements {
+public:
+    RawStatements(std::string file, std::vector<std::string> statements)
+        : file_(std::move(file)), statements_(std::move(statements)) {}
+
+    void run() const {
+        sqlite3* db = nullptr;
+        sqlite3_open_v2(file_.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI,
+                        nullptr);
+        for (const std::string& sql : statements_) {
+            sqlite3_stmt* statement = nullptr;
+            sqlite3_prepare_v2(db, sql.c_str(), static_cast<int>(sql.size() + 1), &statement, nullptr);
+            while (sqlite3_step(statement) == SQLITE_ROW) {
+                readRow(statement);
+            }
+            sqlite3_finalize(statement);
+        }
+        sqlite3_close_v2(db);
+    }
+
+private:
+    static void readRow(sqlite3_stmt* statement) {
+        for (int column = 0; column < sqlite3_data_count(statement); ++column) {
+            switch (sqlite3_column_type(statement, column)) {
+                case SQLITE_INTEGER:
+                    benchmark::DoNotOptimize(sqlite3_column_int64(statement, column));
+                    break;
+                case SQLITE_FLOAT:
+                    benchmark::DoNotOptimize(sqlite3_column_double(statement, column));
+                    break;
+                case SQLITE_NULL:
+                    break;
+                default:
+                    benchmark::DoNotOptimize(
+                        std::string(static_cast<const char*>(sqlite3_column_blob(statement, column)),
+                                    static_cast<std::size_t>(sqlite3_column_bytes(statement, column))));
+            }
+        }
+    }
+
+    std::string file_;
+    std::vector<std::string> statements_;
+};
+
+/// `saveAsNew` and `find` of a chart of 600 sprinklers beside raw SQLite running the statement
+/// texts that the first save and find ran.
+void BM_ChartSaveAndFindAgainstRawSqlite(benchmark::State& state) {
+    BenchDatabases databases;
+    const auto catalogue = AspersoresStatic().find(databases.catalogueConnection());
+    auto chart = chartOf(600, catalogue);
+    const CartaAspersoresStatic charts;
+    Long system = 0;
+    auto saveAndFind = [&] {
+        charts.saveAsNew(databases.projectConnection(), ++system, *chart);
+        benchmark::DoNotOptimize(charts.find(databases.projectConnection(), databases.catalogueFile(),
+                                             static_cast<Integer>(chart->id())));
+    };
+    std::vector<std::string> saveStatements;
+    std::vector<std::string> findStatements;
+    {
+        const StatementCapture capture;
+        charts.saveAsNew(databases.projectConnection(), ++system, *chart);
+        saveStatements = capture.statements();
+    }
+    {
+        const StatementCapture capture;
+        charts.find(databases.projectConnection(), databases.catalogueFile(),
+                    static_cast<Integer>(chart->id()));
+        findStatements = capture.statements();
+    }
+    const RawStatements rawSave(databases.projectFile(), saveStatements);
+    const RawStatements rawFind(databases.projectFile(), findStatements);
+    bench::PairedTiming timing;
+    for (auto _ : state) {
+        timing.library(saveAndFind);
+        timing.yardstick([&] {
+            rawSave.run();
+            rawFind.run();
+        });
+        timing.addUnits(1);
+    }
+    timing.report(state);
+    state.counters["statements"] = static_cast<double>(saveStatements.size() + findStatements.size());
+}
+BENCHMARK(BM_ChartSaveAndFindAgainstRawSqlite)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -31,15 +31,11 @@ std::optional<double> throughText(double value) {
     return parseLocaleNumber(formatNumber(value));
 }
 
-/// A coefficient whose text does not read back as a number fails as the conversion does.
-double readableCoefficient(const std::optional<double>& coefficient) {
-    if (!coefficient) {
-        raiseError(RuntimeError::TypeMismatch);
-    }
-    return *coefficient;
-}
-
 }  // namespace
+
+void Aspersor::raiseUnreadableCoefficient() {
+    raiseError(RuntimeError::TypeMismatch);
+}
 
 void Aspersor::initAspersor(const String& boquilla, double a, double b, double pmin, double pmax, double qmin,
                             double qmax, const caudalis::modelo& aModelo) {
@@ -66,12 +62,6 @@ String Aspersor::b() const {
     return formatNumber(b_);
 }
 
-double Aspersor::calculate(double pressao) const {
-    const double exponent = readableCoefficient(flowB_);
-    const double coefficient = readableCoefficient(flowA_);
-    return checked::mul(coefficient, checked::pow(pressao, exponent));
-}
-
 bool Aspersor::flowWithin(double pressao, double caudal, double variacao) const {
     const double flow = calculate(pressao);
     return isWithin(flow, flowRange(caudal, variacao));
@@ -83,14 +73,6 @@ double Aspersor::variacaoCaudal(double pressao, double caudal) const {
 
 bool Aspersor::isOnPressureRange(double presion) const noexcept {
     return !isLowPressure(presion) && !isHighPressure(presion);
-}
-
-bool Aspersor::isLowPressure(double presion) const noexcept {
-    return presion < pmax_;
-}
-
-bool Aspersor::isHighPressure(double presion) const noexcept {
-    return presion > pmax_;
 }
 
 }  // namespace caudalis

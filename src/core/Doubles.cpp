@@ -21,10 +21,6 @@ std::shared_ptr<Doubles> Doubles::shared() {
     return instance.get();
 }
 
-double Doubles::NaN() const noexcept {
-    return fromBits(0xFFF8000000000000ULL);
-}
-
 double Doubles::PositiveInfinity() const noexcept {
     return fromBits(0x7FF0000000000000ULL);
 }
@@ -41,32 +37,12 @@ double Doubles::MinValue() const noexcept {
     return fromBits(0xFFEFFFFFFFFFFFE2ULL);
 }
 
-// The defined test compares the value's text with the text of the library's NaN; the text
-// form of a NaN depends on its sign only, so this is the same answer without formatting.
-bool Doubles::isNaN(double value) const noexcept {
-    return std::isnan(value) && std::signbit(value);
-}
-
 bool Doubles::isPositiveInfinity(double value) const noexcept {
     return std::isnan(value) || value == PositiveInfinity();
 }
 
 bool Doubles::isNegativeInfinity(double value) const noexcept {
     return std::isnan(value) || value == NegativeInfinity();
-}
-
-double Doubles::Max(double First, double Last) const noexcept {
-    if (isNaN(First) || isNaN(Last)) {
-        return NaN();
-    }
-    return First > Last ? First : Last;
-}
-
-double Doubles::Min(double First, double Last) const noexcept {
-    if (isNaN(First) || isNaN(Last)) {
-        return NaN();
-    }
-    return First < Last ? First : Last;
 }
 
 double percentToFraction(double value) {

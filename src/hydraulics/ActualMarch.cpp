@@ -1,5 +1,7 @@
 #include "ActualMarch.hpp"
 
+#include <bit>
+
 #include "OutletCount.hpp"
 #include "SpanWalk.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
@@ -7,7 +9,6 @@
 #include "caudalis/core/Constants.hpp"
 #include "caudalis/core/Doubles.hpp"
 #include "caudalis/hydraulics/CalculosStrategy.hpp"
-#include "caudalis/hydraulics/Drops.hpp"
 #include "caudalis/hydraulics/PivotWrapper.hpp"
 #include "caudalis/machine/Pivots.hpp"
 
@@ -20,13 +21,12 @@ using checked::sub;
 ActualMarch::ActualMarch(PivotWrapper& wrapper, pivot& machine, const Drop& drop)
     : wrapper_(wrapper),
       machine_(machine),
-      drop_(drop),
+      dropLoss_(drop),
       chooser_(wrapper.strategy()),
-      pivots_(Pivots::shared()),
-      doubles_(Doubles::shared()),
-      drops_(Drops::shared()) {}
+      pivots_(Pivots::shared()) {}
 
 Double ActualMarch::alongPivot(Double inflow) {
+    outletOfPass_ = 0;
     ParPressaoCaudal cond = pivots_->newParPressaoCaudal(machine_.presion, inflow);
     double total = 0.0;
     const Integer spans = pivots_->FixedSpansCount(machine_);
@@ -59,14 +59,28 @@ void ActualMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double
         saida& outlet = aTramo.Saidas(j);
         outlet.distanciaAoPivot = walk.nextDistance();
         const double friction = mul(mul(walk.spacing(), pressurePerMetre), walk.unitLoss(roughness));
-        const double dropLoss = drops_->PressureLoss(drop_, outlet.caudal);
+        const double dropLoss = nextDropLoss(outlet.caudal);
         const double pPipe = sub(sub(walk.pressure(), walk.risePressure()), friction);
-        const double pReal = doubles_->Max(0.0, sub(pPipe, dropLoss));
+        const double pReal = doubles_.Max(0.0, sub(pPipe, dropLoss));
         const double pAct = aTramo.temRegulador ? aTramo.regulador.Preg : pReal;
         evaluateSaida(outlet, pReal, pAct);
         walk.passOutlet(outlet, pPipe, outlet.caudal_do_aspersor);
     }
     aTramo.exit_condition = walk.exitConditions(walk.endStretchFriction(roughness));
+}
+
+double ActualMarch::nextDropLoss(double required) {
+    const auto requiredBits = std::bit_cast<std::uint64_t>(required);
+    const std::size_t outlet = outletOfPass_++;
+    if (outlet < knownDropLosses_.size() && knownDropLosses_[outlet].requiredBits == requiredBits) {
+        return knownDropLosses_[outlet].loss;
+    }
+    const double loss = dropLoss_.at(required);
+    if (outlet >= knownDropLosses_.size()) {
+        knownDropLosses_.resize(outlet + 1);
+    }
+    knownDropLosses_[outlet] = {requiredBits, loss};
+    return loss;
 }
 
 void ActualMarch::evaluateSaida(saida& outlet, Double pReal, Double pAct) {

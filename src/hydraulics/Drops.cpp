@@ -1,6 +1,7 @@
 #include "caudalis/hydraulics/Drops.hpp"
 
-#include "caudalis/core/Checked.hpp"
+#include "DropLoss.hpp"
+
 #include "caudalis/core/Errors.hpp"
 #include "caudalis/core/Exceptions.hpp"
 #include "caudalis/core/LazyInstance.hpp"
@@ -8,7 +9,6 @@
 #include "caudalis/db/SqlText.hpp"
 #include "caudalis/db/TableSchema.hpp"
 #include "caudalis/hydraulics/PipeMaterials.hpp"
-#include "caudalis/machine/HazenWilliams.hpp"
 
 namespace caudalis {
 namespace {
@@ -41,12 +41,7 @@ bool Drops::Equals(const Drop& self, const Drop& other) const {
 }
 
 Double Drops::PressureLoss(const Drop& self, Double discharge) const {
-    if (self.p_is_null) {
-        return 0.0;
-    }
-    const double coefficient = static_cast<double>(self.pipe_material.rugosidade);
-    const double unitLoss = hazenWilliamsLoss(discharge, self.diametro, coefficient);
-    return checked::mul(unitLoss, self.longitud);
+    return DropLoss(self).at(discharge);
 }
 
 Drop Drops::createNull() const {

@@ -4,7 +4,6 @@
 #include "SpanWalk.hpp"
 #include "caudalis/core/Checked.hpp"
 #include "caudalis/core/Constants.hpp"
-#include "caudalis/hydraulics/Drops.hpp"
 #include "caudalis/machine/Pivots.hpp"
 
 namespace caudalis {
@@ -15,7 +14,7 @@ using checked::mul;
 using checked::sub;
 
 IdealMarch::IdealMarch(pivot& machine, const Drop& drop)
-    : machine_(machine), drop_(drop), pivots_(Pivots::shared()), drops_(Drops::shared()) {}
+    : machine_(machine), dropLoss_(drop), pivots_(Pivots::shared()) {}
 
 void IdealMarch::alongPivot() {
     ParPressaoCaudal cond = pivots_->newParPressaoCaudal(machine_.presion, machine_.caudal);
@@ -43,7 +42,7 @@ void IdealMarch::endGun(Gun& aGun, const ParPressaoCaudal& initial_conditions) c
     aGun.saida.pressao_ideal = initial_conditions.pressao;
 }
 
-void IdealMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double start) const {
+void IdealMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double start) {
     aTramo.ideal_entry_conditions = cond;
     SpanWalk walk(aTramo, cond, start);
     const double roughness = machine_.rugosidad;
@@ -54,10 +53,9 @@ void IdealMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double 
         saida& outlet = aTramo.Saidas(j);
         outlet.distanciaAoPivot = walk.nextDistance();
         const double friction = mul(mul(walk.unitLoss(roughness), s), pressurePerMetre);
-        const double irrigated = pivots_->AllIrrigatedLenght(machine_);
-        outlet.caudal = div(mul(mul(mul(2.0, outlet.distanciaAoPivot), s), machine_.caudal),
-                            checked::pow(irrigated, 2.0));
-        const double dropLoss = drops_->PressureLoss(drop_, outlet.caudal);
+        const double ringDivisor = irrigatedSquared();
+        outlet.caudal = div(mul(mul(mul(2.0, outlet.distanciaAoPivot), s), machine_.caudal), ringDivisor);
+        const double dropLoss = dropLoss_.at(outlet.caudal);
         loss = add(loss, friction);
         const double pPipe = sub(sub(walk.pressure(), walk.risePressure()), friction);
         outlet.pressao_ideal = sub(pPipe, dropLoss);
@@ -66,6 +64,13 @@ void IdealMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double 
     const double friction = walk.endStretchFriction(roughness);
     aTramo.ideal_exit_conditions = walk.exitConditions(friction);
     aTramo.perdaDeCargaIdeal = add(loss, friction);
+}
+
+double IdealMarch::irrigatedSquared() {
+    if (!irrigatedSquared_) {
+        irrigatedSquared_ = checked::pow(pivots_->AllIrrigatedLenght(machine_), 2.0);
+    }
+    return *irrigatedSquared_;
 }
 
 }  // namespace caudalis

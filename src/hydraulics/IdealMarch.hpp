@@ -1,12 +1,13 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
+#include "DropLoss.hpp"
 #include "caudalis/core/Records.hpp"
 
 namespace caudalis {
 
-class Drops;
 class Pivots;
 
 /// The ideal operation mode: every outlet's required flow (its share of the design inflow in
@@ -21,12 +22,15 @@ public:
     void endGun(Gun& aGun, const ParPressaoCaudal& initial_conditions) const;
 
 private:
-    void alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double start) const;
+    void alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double start);
+    /// The irrigated length squared, which shares the design inflow out among the outlets;
+    /// worked out at its first use in the pass, as the machine does not change during it.
+    double irrigatedSquared();
 
     pivot& machine_;
-    const Drop& drop_;
+    DropLoss dropLoss_;
     std::shared_ptr<Pivots> pivots_;
-    std::shared_ptr<Drops> drops_;
+    std::optional<double> irrigatedSquared_;
 };
 
 }  // namespace caudalis

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "../machine/PipeFriction.hpp"
+#include "caudalis/core/Checked.hpp"
+#include "caudalis/core/Doubles.hpp"
 #include "caudalis/core/Records.hpp"
 
 namespace caudalis {
@@ -19,11 +22,18 @@ public:
     Double spacing() const noexcept { return s_; }
     Double risePressure() const noexcept { return dzP_; }
     /// Distance from the centre of the next outlet.
-    Double nextDistance() const;
+    Double nextDistance() const { return checked::add(dist_, s_); }
     /// Hazen-Williams loss per metre of the current pipe flow (never below zero flow).
-    Double unitLoss(Double roughness) const;
+    Double unitLoss(Double roughness) const { return friction_.unitLoss(doubles_.Max(0.0, q_), roughness); }
     /// Moves past `outlet`, which leaves `pPipe` in the pipe and takes `consumed` from it.
-    void passOutlet(saida& outlet, Double pPipe, Double consumed);
+    void passOutlet(saida& outlet, Double pPipe, Double consumed) {
+        walked_ = checked::add(walked_, s_);
+        outlet.cota = checked::add(prevCota_, dz_);
+        p_ = pPipe;
+        q_ = checked::sub(q_, consumed);
+        prevCota_ = outlet.cota;
+        dist_ = outlet.distanciaAoPivot;
+    }
     /// Friction of the stretch from the last outlet to the span's end.
     Double endStretchFriction(Double roughness) const;
     /// Pressure and flow at the span's end, after `friction`.
@@ -31,6 +41,8 @@ public:
 
 private:
     const tramo& tramo_;
+    Doubles doubles_;
+    PipeFriction friction_;
     Double p_;
     Double q_;
     Double prevCota_;

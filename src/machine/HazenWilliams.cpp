@@ -1,14 +1,11 @@
 #include "caudalis/machine/HazenWilliams.hpp"
 
-#include "caudalis/core/Checked.hpp"
+#include "PipeFriction.hpp"
 
 namespace caudalis {
 
 double hazenWilliamsLoss(double q, double d, double c) {
-    const double ratio = checked::div(q, c);
-    const double powered = checked::pow(ratio, 1.852);
-    const double factor = checked::mul(checked::mul(checked::pow(10, 10), 1.21), powered);
-    return checked::mul(checked::pow(d, -4.87), factor);
+    return PipeFriction(d).unitLoss(q, c);
 }
 
 }  // namespace caudalis

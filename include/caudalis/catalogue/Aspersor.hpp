@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "caudalis/core/Basic.hpp"
+#include "caudalis/core/Checked.hpp"
 #include "caudalis/core/Object.hpp"
 #include "caudalis/core/Records.hpp"
 
@@ -43,7 +44,11 @@ public:
 
     /// Flow at `pressao`: a * pressao^b with the coefficients as their 15-significant-digit
     /// text gives them back. Floating-point faults raise.
-    double calculate(double pressao) const;
+    double calculate(double pressao) const {
+        const double exponent = readableCoefficient(flowB_);
+        const double coefficient = readableCoefficient(flowA_);
+        return checked::mul(coefficient, checked::pow(pressao, exponent));
+    }
     /// True when the flow at `pressao` lies between (1 - variacao) * caudal and
     /// (1 + variacao) * caudal, both bounds included; false for a NaN flow.
     bool flowWithin(double pressao, double caudal, double variacao) const;
@@ -52,9 +57,9 @@ public:
     /// True only when `presion` equals `pmax` (neither low nor high pressure).
     bool isOnPressureRange(double presion) const noexcept;
     /// True when `presion` < `pmax` (`pmin` takes part in no test).
-    bool isLowPressure(double presion) const noexcept;
+    bool isLowPressure(double presion) const noexcept { return presion < pmax_; }
     /// True when `presion` > `pmax`.
-    bool isHighPressure(double presion) const noexcept;
+    bool isHighPressure(double presion) const noexcept { return presion > pmax_; }
 
 private:
     friend class AspersoresStatic;
@@ -66,6 +71,15 @@ private:
     void initAspersor(const String& boquilla, double a, double b, double pmin, double pmax, double qmin,
                       double qmax, const caudalis::modelo& aModelo);
     void setId(Long id) noexcept { id_ = id; }
+    /// A coefficient read back from its text; a text that did not read back as a number fails
+    /// as the conversion does (13).
+    static double readableCoefficient(const std::optional<double>& coefficient) {
+        if (!coefficient) [[unlikely]] {
+            raiseUnreadableCoefficient();
+        }
+        return *coefficient;
+    }
+    [[noreturn]] static void raiseUnreadableCoefficient();
 
     Long id_ = 0;
     String nome_;

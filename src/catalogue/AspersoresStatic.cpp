@@ -7,6 +7,7 @@
 #include "CatalogueRows.hpp"
 #include "CatalogueWrites.hpp"
 #include "FlowTolerance.hpp"
+#include "NozzleLawTable.hpp"
 #include "QueryRows.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/db/Connection.hpp"
@@ -22,32 +23,43 @@ const Collection& collectionOf(const CollectionRef& availlableAspersores) {
     return *availlableAspersores;
 }
 
-std::shared_ptr<Aspersor> aspersorIn(const Variant& element) {
-    auto aspersor = element.toObject<Aspersor>();
-    if (!aspersor) {
+/// The flow at `pressao` of a sprinkler with `law`.
+double flowOf(const NozzleLawTable::Law& law, double pressao) {
+    if (!law.usable) [[unlikely]] {
         raiseError(RuntimeError::TypeMismatch);
     }
-    return aspersor;
+    return Aspersor::lawFlow(law.a, law.b, pressao);
 }
 
-/// Calls `visit(aspersor, flow)` for every sprinkler of the collection, in its order, whose flow
-/// at `pressao` lies within `variacao` of `caudal`. The tolerance range is the same for every
-/// sprinkler: it is worked out once, right after the first flow, which is where a test of each
-/// sprinkler on its own would first work it out (and fail, if it fails).
+/// Calls `visit(position, flow)` for every element of the collection, in its order (positions
+/// from 0), whose sprinkler's flow at `pressao` lies within `variacao` of `caudal`. The
+/// tolerance range is the same for every sprinkler: it is worked out once, right after the
+/// first flow, which is where a test of each sprinkler on its own would first work it out (and
+/// fail, if it fails).
 template <class Visit>
-void forEachPossible(const CollectionRef& availlableAspersores, double pressao, double caudal,
-                     double variacao, Visit&& visit) {
-    std::optional<FlowRange> range;
-    for (const Variant& element : collectionOf(availlableAspersores)) {
-        auto aspersor = aspersorIn(element);
-        const double flow = aspersor->calculate(pressao);
-        if (!range) {
-            range = flowRange(caudal, variacao);
-        }
-        if (isWithin(flow, *range)) {
-            visit(std::move(aspersor), flow);
-        }
+void forEachPossible(NozzleLawTable& table, const Collection& availlableAspersores, double pressao,
+                     double caudal, double variacao, Visit&& visit) {
+    const auto& laws = table.lawsOf(availlableAspersores);
+    const std::size_t count = laws.size();
+    if (count == 0) {
+        return;
     }
+    const double firstFlow = flowOf(laws.front(), pressao);
+    const FlowRange range = flowRange(caudal, variacao);
+    auto consider = [&](std::size_t position, double flow) {
+        if (isWithin(flow, range)) {
+            visit(position, flow);
+        }
+    };
+    consider(0, firstFlow);
+    for (std::size_t position = 1; position < count; ++position) {
+        consider(position, flowOf(laws[position], pressao));
+    }
+}
+
+/// The sprinkler at `position` (from 0) of the collection.
+std::shared_ptr<Aspersor> aspersorAt(const Collection& collection, std::size_t position) {
+    return collection.Item(static_cast<Long>(position) + 1).toObject<Aspersor>();
 }
 
 Variant aspersorOf(const Recordset& rs) {
@@ -113,10 +125,11 @@ std::shared_ptr<Aspersor> AspersoresStatic::newAspersor(const String& boquilla, 
 
 CollectionRef AspersoresStatic::getPossibleAspersores(const CollectionRef& availlableAspersores,
                                                       double pressao, double caudal, double variacao) const {
+    const Collection& candidates = collectionOf(availlableAspersores);
     auto possible = Collection::create();
     forEachPossible(
-        availlableAspersores, pressao, caudal, variacao,
-        [&](std::shared_ptr<Aspersor> aspersor, double) { possible->Add(Variant(std::move(aspersor))); });
+        *lawTable_.get(), candidates, pressao, caudal, variacao,
+        [&](std::size_t position, double) { possible->Add(Variant(aspersorAt(candidates, position))); });
     return possible;
 }
 
@@ -126,18 +139,19 @@ std::shared_ptr<Aspersor> AspersoresStatic::getBestMatch(const CollectionRef& av
     // One pass instead of a collection of candidates. The candidates are all selected before
     // any deviation is worked out, so a failing deviation is kept and raised only once every
     // element has been tested, and the deviations after it are not worked out.
-    std::shared_ptr<Aspersor> best;
+    const Collection& candidates = collectionOf(availlableAspersores);
+    std::optional<std::size_t> best;
     double bound = variacaoMaxima;
     std::exception_ptr failedDeviation;
-    forEachPossible(availlableAspersores, pressao, caudal, variacaoMaxima,
-                    [&](std::shared_ptr<Aspersor> candidate, double flow) {
+    forEachPossible(*lawTable_.get(), candidates, pressao, caudal, variacaoMaxima,
+                    [&](std::size_t position, double flow) {
                         if (failedDeviation) {
                             return;
                         }
                         try {
                             const double deviation = flowDeviation(flow, caudal);
                             if (deviation <= bound) {
-                                best = std::move(candidate);
+                                best = position;
                                 bound = deviation;
                             }
                         } catch (...) {
@@ -147,7 +161,7 @@ std::shared_ptr<Aspersor> AspersoresStatic::getBestMatch(const CollectionRef& av
     if (failedDeviation) {
         std::rethrow_exception(failedDeviation);
     }
-    return best;
+    return best ? aspersorAt(candidates, *best) : nullptr;
 }
 
 std::shared_ptr<Aspersor> AspersoresStatic::NullAspersor() const {

@@ -1,6 +1,7 @@
 #include "caudalis/core/Collection.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <cctype>
 
 namespace caudalis {
@@ -14,6 +15,11 @@ std::string foldCase(const std::string& key) {
 }
 
 }  // namespace
+
+std::uint64_t Collection::newStamp() noexcept {
+    static std::atomic<std::uint64_t> last{0};
+    return last.fetch_add(1, std::memory_order_relaxed) + 1;
+}
 
 CollectionRef Collection::create() {
     return std::make_shared<Collection>();
@@ -29,6 +35,7 @@ void Collection::Add(const Variant& item, const std::optional<std::string>& key)
     }
     items_.push_back(item);
     entries_.push_back(key);
+    stamp_ = newStamp();
 }
 
 Variant Collection::Item(Long index) const {
@@ -50,6 +57,7 @@ void Collection::Remove(Long index) {
     items_.erase(items_.begin() + position);
     entries_.erase(entries_.begin() + position);
     reindex();
+    stamp_ = newStamp();
 }
 
 void Collection::Remove(const std::string& key) {

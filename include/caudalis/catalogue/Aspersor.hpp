@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <optional>
 
 #include "caudalis/core/Basic.hpp"
@@ -11,6 +12,7 @@ namespace caudalis {
 
 class AspersoresStatic;
 class AspersorLoader;
+class NozzleLawTable;
 
 /// One nozzle of the sprinkler catalogue: a designation, its model and brand, the flow law
 /// flow = a * pressure^b and the nominal pressure and flow ranges.
@@ -47,7 +49,21 @@ public:
     double calculate(double pressao) const {
         const double exponent = readableCoefficient(flowB_);
         const double coefficient = readableCoefficient(flowA_);
-        return checked::mul(coefficient, checked::pow(pressao, exponent));
+        return lawFlow(coefficient, exponent, pressao);
+    }
+    /// The flow law every sprinkler follows: a * pressao^b, power first, with checked
+    /// arithmetic. The finiteness is tested once, on the flow: only a flow that is not finite
+    /// can come from a step that fails, and that flow is worked out again step by step so that
+    /// the same error is raised.
+    static double lawFlow(double a, double b, double pressao) {
+        if (checked::isInvalidPower(pressao, b)) [[unlikely]] {
+            checked::raiseInvalidCall();
+        }
+        const double flow = a * std::pow(pressao, b);
+        if (!std::isfinite(flow)) [[unlikely]] {
+            return checked::mul(a, checked::pow(pressao, b));
+        }
+        return flow;
     }
     /// True when the flow at `pressao` lies between (1 - variacao) * caudal and
     /// (1 + variacao) * caudal, both bounds included; false for a NaN flow.
@@ -64,6 +80,8 @@ public:
 private:
     friend class AspersoresStatic;
     friend class AspersorLoader;
+    friend class NozzleLawTable;
+    class NozzleLawTable;
 
     /// Validates and stores every field but `id`. Raises
     /// `AspersorException::MissingAsperorDataException` when the designation is blank or any
@@ -81,6 +99,11 @@ private:
     }
     [[noreturn]] static void raiseUnreadableCoefficient();
 
+    /// The coefficients as read back from their text form, fixed at initialisation; empty
+    /// when the text does not read back as a number. First, so that the flow law of a sprinkler
+    /// shares the cache line that holds the start of the object.
+    std::optional<double> flowA_ = 0.0;
+    std::optional<double> flowB_ = 0.0;
     Long id_ = 0;
     String nome_;
     caudalis::modelo modelo_;
@@ -90,10 +113,6 @@ private:
     double pmax_ = 0;
     double qmin_ = 0;
     double qmax_ = 0;
-    /// The coefficients as read back from their text form, fixed at initialisation; empty
-    /// when the text does not read back as a number.
-    std::optional<double> flowA_ = 0.0;
-    std::optional<double> flowB_ = 0.0;
 };
 
 }  // namespace caudalis

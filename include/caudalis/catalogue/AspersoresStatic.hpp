@@ -15,6 +15,8 @@ namespace caudalis {
 /// Every database operation opens its own connection from the host's connection string and
 /// closes it before returning. Collections read from the database carry no keys and keep the
 /// order in which the database returns the rows.
+class NozzleLawTable;
+
 class AspersoresStatic {
 public:
     /// Every nozzle of the catalogue. A row with incomplete data raises
@@ -56,6 +58,8 @@ public:
 
 private:
     mutable LazyInstance<Aspersor> nullAspersor_;
+    /// The flow laws of the collection matched last, kept while it stays unchanged.
+    mutable LazyInstance<NozzleLawTable> lawTable_;
 };
 
 }  // namespace caudalis

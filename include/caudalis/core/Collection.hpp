@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -35,6 +36,11 @@ public:
         return Item(index).toObject<T>();
     }
 
+    /// A number that identifies the collection's current contents: it changes with every Add
+    /// and Remove, and no other collection state ever had it (a copy has the contents and the
+    /// number of its original). Lets readers keep what they derive from a collection.
+    std::uint64_t stamp() const noexcept { return stamp_; }
+
     auto begin() const noexcept { return items_.begin(); }
     auto end() const noexcept { return items_.end(); }
 
@@ -45,6 +51,9 @@ private:
     std::vector<Variant> items_;
     std::vector<std::optional<std::string>> entries_;
     std::unordered_map<std::string, std::size_t> keyed_;
+    std::uint64_t stamp_ = newStamp();
+
+    static std::uint64_t newStamp() noexcept;
 };
 
 }  // namespace caudalis

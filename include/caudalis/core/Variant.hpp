@@ -64,21 +64,41 @@ public:
     /// The object reference as class or interface T (empty reference for Empty); 13 otherwise.
     template <class T>
     std::shared_ptr<T> toObject() const {
+        const T* object = objectAs<T>();
+        if (object == nullptr) {
+            return nullptr;
+        }
+        return std::shared_ptr<T>(std::get<std::shared_ptr<Object>>(value_), const_cast<T*>(object));
+    }
+
+    /// The object as class or interface T without sharing it: nullptr for Empty or an empty
+    /// reference, 13 for anything else.
+    template <class T>
+    const T* objectAs() const {
         if (isEmpty()) {
             return nullptr;
         }
-        if (!isObject()) {
+        const auto* held = std::get_if<std::shared_ptr<Object>>(&value_);
+        const T* object = objectIf<T>();
+        if (held == nullptr || (object == nullptr && *held != nullptr)) {
             raiseError(RuntimeError::TypeMismatch);
         }
-        const auto& object = std::get<std::shared_ptr<Object>>(value_);
-        if (!object) {
+        return object;
+    }
+
+    /// The object as class or interface T without sharing it, nullptr for anything that is not
+    /// such an object. An object of exactly class T is recognised without a cast.
+    template <class T>
+    const T* objectIf() const noexcept {
+        const auto* held = std::get_if<std::shared_ptr<Object>>(&value_);
+        const Object* object = held != nullptr ? held->get() : nullptr;
+        if (object == nullptr) {
             return nullptr;
         }
-        auto cast = std::dynamic_pointer_cast<T>(object);
-        if (!cast) {
-            raiseError(RuntimeError::TypeMismatch);
+        if (typeid(*object) == typeid(T)) {
+            return static_cast<const T*>(object);
         }
-        return cast;
+        return dynamic_cast<const T*>(object);
     }
 
     /// The record held, as type T; 13 when the Variant holds something else.

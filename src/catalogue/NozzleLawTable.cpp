@@ -5,14 +5,18 @@
 namespace caudalis {
 
 const std::vector<NozzleLawTable::Law>& NozzleLawTable::lawsOf(const Collection& collection) {
-    if (stamp_ != collection.stamp()) {
-        laws_.clear();
-        for (const Variant& element : collection) {
-            laws_.push_back(lawOf(element));
-        }
-        stamp_ = collection.stamp();
+    if (byCollection_.size() >= keptCollections && !byCollection_.contains(&collection)) {
+        byCollection_.clear();
     }
-    return laws_;
+    Laws& known = byCollection_[&collection];
+    if (known.stamp != collection.stamp()) {
+        known.laws.clear();
+        for (const Variant& element : collection) {
+            known.laws.push_back(lawOf(element));
+        }
+        known.stamp = collection.stamp();
+    }
+    return known.laws;
 }
 
 NozzleLawTable::Law NozzleLawTable::lawOf(const Variant& element) {

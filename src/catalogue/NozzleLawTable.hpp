@@ -1,15 +1,17 @@
 #pragma once
 
 #include <cstdint>
+#include <unordered_map>
 #include <vector>
 
 #include "caudalis/core/Collection.hpp"
 
 namespace caudalis {
 
-/// The flow laws of the elements of a collection of sprinklers, side by side, so that matching
-/// runs over plain numbers instead of visiting every sprinkler object. The table is kept for
-/// the collection state it was made from and made again once the collection has changed.
+/// The flow laws of the elements of collections of sprinklers, side by side, so that matching
+/// runs over plain numbers instead of visiting every sprinkler object. The laws of each
+/// collection are kept for the collection state they were read from and read again once the
+/// collection has changed; the laws of a bounded number of collections are kept.
 class NozzleLawTable {
 public:
     /// The coefficients of one element. An element that cannot give a flow (not a sprinkler,
@@ -24,11 +26,18 @@ public:
     /// The laws of the elements of `collection`, in its order.
     const std::vector<Law>& lawsOf(const Collection& collection);
 
+    /// How many collections' laws are kept before all are let go.
+    static constexpr std::size_t keptCollections = 256;
+
 private:
+    struct Laws {
+        std::uint64_t stamp = 0;
+        std::vector<Law> laws;
+    };
+
     static Law lawOf(const Variant& element);
 
-    std::uint64_t stamp_ = 0;
-    std::vector<Law> laws_;
+    std::unordered_map<const Collection*, Laws> byCollection_;
 };
 
 }  // namespace caudalis

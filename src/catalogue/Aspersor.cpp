@@ -25,12 +25,6 @@ bool isComplete(const String& boquilla, std::initializer_list<double> numbers) {
     return true;
 }
 
-/// The value as its locale text reads back: rounded to 15 significant digits. Formatting and
-/// reading use the same decimal separator, so the result does not depend on the locale.
-std::optional<double> throughText(double value) {
-    return parseLocaleNumber(formatNumber(value));
-}
-
 }  // namespace
 
 void Aspersor::raiseUnreadableCoefficient() {
@@ -50,8 +44,8 @@ void Aspersor::initAspersor(const String& boquilla, double a, double b, double p
     pmax_ = pmax;
     qmin_ = qmin;
     qmax_ = qmax;
-    flowA_ = throughText(a);
-    flowB_ = throughText(b);
+    flowA_ = throughFifteenDigits(a);
+    flowB_ = throughFifteenDigits(b);
 }
 
 String Aspersor::a() const {

@@ -1,10 +1,8 @@
 #include "caudalis/core/NumberText.hpp"
 
-#include <bit>
 #include <charconv>
+#include <clocale>
 #include <cmath>
-#include <cstdint>
-#include <cstdio>
 #include <locale>
 
 namespace caudalis {
@@ -86,6 +84,12 @@ double toDouble(const std::string& spelling) {
     return value;
 }
 
+/// The value with 15 significant digits as printf's "%.15g" writes it in the C locale; returns
+/// the end of the text written into `buffer`.
+char* fifteenDigits(double value, char (&buffer)[40]) {
+    return std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 15).ptr;
+}
+
 }  // namespace
 
 char localeDecimalPoint() {
@@ -99,16 +103,37 @@ std::string formatNumber(double value) {
     if (value == 0.0) {
         return "0";
     }
-    char buffer[40];
-    std::snprintf(buffer, sizeof buffer, "%.15G", value);
-    std::string text(buffer);
-    const char point = localeDecimalPoint();
-    for (char& c : text) {
-        if (c == '.') {
-            c = point;
+    char digits[40];
+    const char* end = fifteenDigits(value, digits);
+    // The decimal point is the C++ locale's; a C library locale with a point of its own (as
+    // printf writes it) has the last word, as it always had.
+    const std::string_view libraryPoint = std::localeconv()->decimal_point;
+    const std::string point =
+        libraryPoint == "." ? std::string(1, localeDecimalPoint()) : std::string(libraryPoint);
+    std::string text;
+    text.reserve(static_cast<std::size_t>(end - digits) + point.size());
+    for (const char* c = digits; c != end; ++c) {
+        if (*c == '.') {
+            text += point;
+        } else {
+            text += *c == 'e' ? 'E' : *c;
         }
     }
     return text;
+}
+
+std::optional<double> throughFifteenDigits(double value) {
+    const std::string_view libraryPoint = std::localeconv()->decimal_point;
+    const char point = localeDecimalPoint();
+    const bool pointReadsBack = libraryPoint == "." && !isDigit(point) && point != 'e' && point != 'E';
+    if (!pointReadsBack || !std::isfinite(value) || value == 0.0) {
+        return parseLocaleNumber(formatNumber(value));
+    }
+    char digits[40];
+    const char* end = fifteenDigits(value, digits);
+    double result = 0.0;
+    std::from_chars(digits, end, result);
+    return result;
 }
 
 std::optional<double> parseLocaleNumber(std::string_view text) {

@@ -46,8 +46,9 @@ std::shared_ptr<Recordset> Connection::Execute(const std::string& sql) {
     DatabaseBackend& engine = backend();
     const JetStatement statement(sql);
     statement.requireSingleStatement();
-    const auto cursor = engine.execute(statement);
-    return std::make_shared<Recordset>(*cursor);
+    auto rows = std::make_shared<Recordset>(engine.execute(statement));
+    unread_ = rows;
+    return rows;
 }
 
 void Connection::BeginTrans() {
@@ -63,6 +64,9 @@ void Connection::RollbackTrans() {
 }
 
 void Connection::Close() {
+    if (const auto rows = unread_.lock()) {
+        rows->readRemaining();
+    }
     const std::unique_ptr<DatabaseBackend> closing = std::move(backend_);
     if (!closing) {
         raiseDatabaseError(DatabaseError::ObjectClosed);
@@ -72,10 +76,14 @@ void Connection::Close() {
     }
 }
 
-DatabaseBackend& Connection::backend() const {
+DatabaseBackend& Connection::backend() {
     if (!backend_) {
         raiseDatabaseError(DatabaseError::ObjectClosed);
     }
+    if (const auto rows = unread_.lock()) {
+        rows->readRemaining();
+    }
+    unread_.reset();
     return *backend_;
 }
 

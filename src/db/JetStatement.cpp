@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <regex>
 
 #include "caudalis/db/DatabaseErrors.hpp"
 
@@ -11,8 +10,20 @@ namespace {
 
 using Kind = JetSqlSegment::Kind;
 
+/// The blanks of the C locale: space, tab, line feed, vertical tab, form feed, carriage return.
+bool isBlank(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
 bool isBlankOrTerminator(char c) {
-    return c == ';' || std::isspace(static_cast<unsigned char>(c)) != 0;
+    return c == ';' || isBlank(c);
+}
+
+/// The end of the plain code that starts at `start`: the next quote, bracket or possible
+/// comment start.
+std::size_t codeRunEnd(std::string_view sql, std::size_t start) {
+    const std::size_t end = sql.find_first_of("'\"[-/", start + 1);
+    return end == std::string_view::npos ? sql.size() : end;
 }
 
 /// True when the character belongs to a statement: anything inside a literal or a name, and
@@ -56,6 +67,49 @@ bool startsComment(std::string_view sql, std::size_t i) {
     return rest.starts_with("--") || rest.starts_with("/*");
 }
 
+bool isWordCharacter(char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
+}
+
+/// Skips the blanks at `pos`; returns how many there were.
+std::size_t skipBlanks(std::string_view code, std::size_t& pos) {
+    const std::size_t start = pos;
+    while (pos < code.size() && isBlank(code[pos])) {
+        ++pos;
+    }
+    return pos - start;
+}
+
+/// True when `word` (any case) stands at `pos`; moves past it then.
+bool takeWord(std::string_view code, std::size_t& pos, std::string_view word) {
+    if (code.size() - pos < word.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < word.size(); ++i) {
+        if (std::toupper(static_cast<unsigned char>(code[pos + i])) != word[i]) {
+            return false;
+        }
+    }
+    pos += word.size();
+    return true;
+}
+
+/// True when the code begins, after blanks, with CREATE [TEMP | TEMPORARY] TRIGGER as whole
+/// words, in any case.
+bool beginsCreateTrigger(std::string_view code) {
+    std::size_t pos = 0;
+    skipBlanks(code, pos);
+    if (!takeWord(code, pos, "CREATE") || skipBlanks(code, pos) == 0) {
+        return false;
+    }
+    std::size_t afterTemp = pos;
+    if ((takeWord(code, afterTemp, "TEMPORARY") || takeWord(code, afterTemp, "TEMP")) &&
+        skipBlanks(code, afterTemp) > 0) {
+        pos = afterTemp;
+    }
+    return takeWord(code, pos, "TRIGGER") && (pos == code.size() || !isWordCharacter(code[pos]));
+}
+
 /// True when the code written so far ends with the keyword END (the end of a trigger's body).
 bool endsWithEndKeyword(const std::string& code) {
     const auto last = code.find_last_not_of(" \t\r\n");
@@ -87,17 +141,19 @@ JetStatement::JetStatement(std::string_view sql) {
                 if (startsComment(sql, i)) {
                     i = addComment(sql, i);
                 } else {
-                    addCode(sql[i++]);
+                    const std::size_t end = codeRunEnd(sql, i);
+                    addCode(sql.substr(i, end - i));
+                    i = end;
                 }
         }
     }
 }
 
-void JetStatement::addCode(char c) {
+void JetStatement::addCode(std::string_view code) {
     if (segments_.empty() || segments_.back().kind != Kind::Code) {
         segments_.push_back({Kind::Code, {}});
     }
-    segments_.back().text += c;
+    segments_.back().text += code;
 }
 
 std::size_t JetStatement::addDelimited(std::string_view sql, std::size_t start, Kind kind) {
@@ -113,12 +169,11 @@ std::size_t JetStatement::addComment(std::string_view sql, std::size_t start) {
 }
 
 bool JetStatement::createsTrigger() const {
-    static const std::regex trigger(R"(^\s*CREATE\s+(TEMP\s+|TEMPORARY\s+)?TRIGGER\b)", std::regex::icase);
     const auto firstCode = std::find_if(segments_.begin(), segments_.end(), [](const JetSqlSegment& segment) {
         return segment.kind != Kind::Comment;
     });
     return firstCode != segments_.end() && firstCode->kind == Kind::Code &&
-           std::regex_search(firstCode->text, trigger);
+           beginsCreateTrigger(firstCode->text);
 }
 
 void JetStatement::requireSingleStatement() const {
@@ -138,7 +193,9 @@ void JetStatement::requireSingleStatement() const {
             statementSeen = statementSeen || content;
             const bool ends = statementSeen && segment.kind == Kind::Code && c == ';';
             terminated = terminated || (ends && (!trigger || endsWithEndKeyword(code)));
-            code += segment.kind == Kind::Code ? c : ' ';
+            if (trigger) {
+                code += segment.kind == Kind::Code ? c : ' ';
+            }
         }
     }
     if (!statementSeen) {

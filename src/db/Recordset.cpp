@@ -7,26 +7,43 @@
 
 namespace caudalis {
 
-Recordset::Recordset(DatabaseCursor& cursor) : names_(cursor.columnNames()) {
-    std::vector<Variant> row;
-    while (cursor.fetch(row)) {
-        rows_.push_back(std::move(row));
+Recordset::Recordset() = default;
+
+Recordset::Recordset(std::unique_ptr<DatabaseCursor> cursor)
+    : names_(cursor->columnNames()), cursor_(std::move(cursor)) {
+    hasRow_ = cursor_->fetch(current_);
+    anyRow_ = hasRow_;
+    if (!hasRow_) {
+        cursor_.reset();
     }
 }
 
-bool Recordset::EOF_() const noexcept {
-    return position_ >= rows_.size();
-}
-
-bool Recordset::BOF() const noexcept {
-    return rows_.empty();
-}
+Recordset::~Recordset() = default;
 
 void Recordset::MoveNext() {
     if (EOF_()) {
         raiseError(RuntimeError::DataAccess);
     }
-    ++position_;
+    if (!readAhead_.empty()) {
+        current_ = std::move(readAhead_.front());
+        readAhead_.pop_front();
+        return;
+    }
+    hasRow_ = cursor_ && cursor_->fetch(current_);
+    if (!hasRow_) {
+        cursor_.reset();
+    }
+}
+
+void Recordset::readRemaining() {
+    if (!cursor_) {
+        return;
+    }
+    std::vector<Variant> row;
+    while (cursor_->fetch(row)) {
+        readAhead_.push_back(std::move(row));
+    }
+    cursor_.reset();
 }
 
 Variant Recordset::Fields(const std::string& name) const {
@@ -34,12 +51,18 @@ Variant Recordset::Fields(const std::string& name) const {
     if (EOF_()) {
         raiseError(RuntimeError::DataAccess);
     }
-    return rows_[position_].at(index);
+    return current_.at(index);
 }
 
 std::size_t Recordset::fieldIndex(const std::string& name) const {
+    for (const auto& [asked, index] : resolved_) {
+        if (asked == name) {
+            return index;
+        }
+    }
     for (std::size_t i = 0; i < names_.size(); ++i) {
         if (texthelpers::equalsIgnoringCase(names_[i], name)) {
+            resolved_.emplace_back(name, i);
             return i;
         }
     }

@@ -1,6 +1,5 @@
 #include "caudalis/db/SqliteDialect.hpp"
 
-#include <cctype>
 #include <utility>
 
 #include "TextHelpers.hpp"
@@ -11,21 +10,22 @@ namespace {
 using Kind = JetSqlSegment::Kind;
 
 bool isWordCharacter(char c) {
-    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == '@' || c == '$';
+    const bool letterOrDigit = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    return letterOrDigit || c == '_' || c == '@' || c == '$';
 }
 
-std::string rewriteWord(std::string_view word) {
-    const std::string lower = texthelpers::lowerCase(word);
-    if (lower == "@@identity") {
+/// The word as SQLite spells it: @@IDENTITY, TRUE and FALSE (any case) become SQLite's own.
+std::string_view rewriteWord(std::string_view word) {
+    if (texthelpers::equalsIgnoringCase(word, "@@identity")) {
         return "last_insert_rowid()";
     }
-    if (lower == "true") {
+    if (texthelpers::equalsIgnoringCase(word, "true")) {
         return "1";
     }
-    if (lower == "false") {
+    if (texthelpers::equalsIgnoringCase(word, "false")) {
         return "0";
     }
-    return std::string(word);
+    return word;
 }
 
 /// The text literal for the date between the "#" at `start` and the next "#" on the same line;
@@ -74,6 +74,7 @@ bool SqliteDialect::namesDatabaseFile(std::string_view bracketed) {
 
 std::string SqliteDialect::rewriteCode(std::string_view code) {
     std::string result;
+    result.reserve(code.size());
     std::size_t i = 0;
     while (i < code.size()) {
         if (isWordCharacter(code[i])) {
@@ -87,7 +88,14 @@ std::string SqliteDialect::rewriteCode(std::string_view code) {
         }
         std::size_t end = i + 1;
         const std::string date = code[i] == '#' ? dateLiteral(code, i, end) : std::string();
-        result += date.empty() ? std::string(1, code[i]) : date;
+        if (date.empty()) {
+            while (end < code.size() && code[end] != '#' && !isWordCharacter(code[end])) {
+                ++end;
+            }
+            result.append(code.substr(i, end - i));
+        } else {
+            result += date;
+        }
         i = end;
     }
     return result;

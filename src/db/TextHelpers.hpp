@@ -15,11 +15,16 @@ inline std::string lowerCase(std::string_view text) {
     return result;
 }
 
+/// The character with an ASCII capital letter made small.
+inline char asciiLower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
 /// Whether two texts are equal without regard to the case of ASCII letters.
 inline bool equalsIgnoringCase(std::string_view first, std::string_view second) {
     return first.size() == second.size() &&
            std::equal(first.begin(), first.end(), second.begin(),
-                      [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
+                      [](char a, char b) { return asciiLower(a) == asciiLower(b); });
 }
 
 /// The text between two `mark` characters.

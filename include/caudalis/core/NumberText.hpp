@@ -13,6 +13,11 @@ char localeDecimalPoint();
 /// notation for very large or very small magnitudes ("1E+20", "1E-05").
 std::string formatNumber(double value);
 
+/// What the value's text in the current locale's form reads back as:
+/// `parseLocaleNumber(formatNumber(value))`, the value rounded to 15 significant digits. Worked
+/// out without the text when the decimal point lets the text read back unchanged.
+std::optional<double> throughFifteenDigits(double value);
+
 /// Reads a whole text as a number in the current locale's form (surrounding spaces allowed).
 /// Returns nothing when the text is not a number.
 std::optional<double> parseLocaleNumber(std::string_view text);

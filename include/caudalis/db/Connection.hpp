@@ -48,10 +48,13 @@ public:
     bool isOpen() const noexcept { return backend_ != nullptr; }
 
 private:
-    DatabaseBackend& backend() const;
+    /// The open backend, once the rows of the last record set are all read.
+    DatabaseBackend& backend();
 
     std::string connectionString_;
     std::unique_ptr<DatabaseBackend> backend_;
+    /// The record set of the last statement, while it may still have rows to read.
+    std::weak_ptr<Recordset> unread_;
 };
 
 }  // namespace caudalis

@@ -38,7 +38,7 @@ public:
     bool holdsStatement() const;
 
 private:
-    void addCode(char c);
+    void addCode(std::string_view code);
     std::size_t addDelimited(std::string_view sql, std::size_t start, JetSqlSegment::Kind kind);
     std::size_t addComment(std::string_view sql, std::size_t start);
     bool createsTrigger() const;

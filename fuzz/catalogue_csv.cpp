@@ -6,7 +6,8 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     try {
-        for (const auto& row : caudalis::cli::CatalogueCsv::parse(caudalis::fuzz::textOf(data, size), "fuzz.csv")) {
+        for (const auto& row :
+             caudalis::cli::CatalogueCsv::parse(caudalis::fuzz::textOf(data, size), "fuzz.csv")) {
             caudalis::fuzz::require(!row.nozzle.empty() && row.a > 0 && row.b > 0 && row.pmin > 0 &&
                                     row.pmax > 0 && row.qmin > 0 && row.qmax > 0);
         }

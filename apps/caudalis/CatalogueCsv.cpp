@@ -2,9 +2,9 @@
 
 #include <sstream>
 
-#include "CatalogueDatabase.hpp"
 #include "CliErrors.hpp"
 #include "PlainText.hpp"
+#include "StorableText.hpp"
 #include "TextFile.hpp"
 
 namespace caudalis::cli {
@@ -19,7 +19,7 @@ std::string name(const std::string& field, const std::string& where, const char*
     if (text.empty()) {
         throw InputError(where + ": " + column + " must not be blank");
     }
-    requireNoApostrophe(text, where + ": " + column);
+    requireStorableText(text, where + ": " + column);
     return text;
 }
 

@@ -46,12 +46,6 @@ CollectionRef ofBrand(const CollectionRef& nozzles, const std::string& brand) {
 
 }  // namespace
 
-void requireNoApostrophe(const std::string& text, const std::string& what) {
-    if (text.find('\'') != std::string::npos) {
-        throw InputError(what + " \"" + text + "\" must not contain an apostrophe");
-    }
-}
-
 CatalogueDatabase::CatalogueDatabase(std::string path) : file_(std::move(path), DatabaseKind::Catalogue) {}
 
 template <class Read>

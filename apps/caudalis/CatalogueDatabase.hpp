@@ -42,8 +42,4 @@ private:
     DatabaseFile file_;
 };
 
-/// Raises `InputError` when `text` holds an apostrophe, which the library's statements cannot
-/// carry; `what` names the value ("--save", "brand").
-void requireNoApostrophe(const std::string& text, const std::string& what);
-
 }  // namespace caudalis::cli

@@ -8,6 +8,7 @@
 #include "CatalogueDatabase.hpp"
 #include "CliErrors.hpp"
 #include "DatabaseFile.hpp"
+#include "InterruptCleanup.hpp"
 #include "ProgressBar.hpp"
 #include "caudalis/catalogue/AspersoresStatic.hpp"
 #include "caudalis/core/Error.hpp"
@@ -92,6 +93,7 @@ ImportSummary CatalogueImport::run(const std::vector<CatalogueRow>& rows) const 
         std::filesystem::remove(copyPath, ignored);
         std::filesystem::remove(copyPath + "-journal", ignored);
     };
+    const InterruptCleanup interrupted({copyPath, copyPath + "-journal"});
     try {
         std::filesystem::copy_file(cataloguePath_, copyPath,
                                    std::filesystem::copy_options::overwrite_existing);

@@ -4,6 +4,7 @@
 
 #include "CatalogueDatabase.hpp"
 #include "CliErrors.hpp"
+#include "StorableText.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
 #include "caudalis/charts/CartaAspersoresStatic.hpp"
 #include "caudalis/core/Error.hpp"
@@ -40,7 +41,7 @@ auto DatabaseChartStore::onProject(const std::string& what, Work work) {
 }
 
 void DatabaseChartStore::requireNameIsFree(const std::string& name, Long system) {
-    requireNoApostrophe(name, "chart name");
+    requireStorableText(name, "chart name");
     for (const auto& stored : listOf(system)) {
         if (stored.info.nome == name) {
             throw InputError(takenName(name, system));
@@ -104,7 +105,7 @@ LoadedChart DatabaseChartStore::find(Long id) {
     const Long system = systemOf(id);
     catalogue_.requireUsable();
     const auto catalogue = std::filesystem::absolute(catalogue_.path()).string();
-    requireNoApostrophe(catalogue, "catalogue path");
+    requireStorableText(catalogue, "catalogue path");
     auto chart = onProject("read the chart", [&](const std::string& connection) {
         return charts()->find(connection, catalogue, static_cast<Integer>(id));
     });

@@ -1,7 +1,7 @@
 #include "EvaluationStore.hpp"
 
-#include "CatalogueDatabase.hpp"
 #include "CliErrors.hpp"
+#include "StorableText.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/db/Connection.hpp"
 #include "caudalis/evaluation/PivotEvaluations.hpp"
@@ -24,7 +24,7 @@ EvaluationStore::EvaluationStore(std::string projectPath)
     : project_(std::move(projectPath), DatabaseKind::Project) {}
 
 void EvaluationStore::requireNameIsFree(const std::string& name) const {
-    requireNoApostrophe(name, "evaluation name");
+    requireStorableText(name, "evaluation name");
     project_.requireUsable();
     Connection connection(project_.connectionString());
     connection.Open();

@@ -76,6 +76,12 @@ EvaluationFigures FieldEvaluation::evaluate(const ReadingPasses& passes, double 
     figures.name = name;
     figures.gaugeDiameterM = gaugeDiameterM;
     figures.readings = static_cast<long>(passes.first.size() + passes.second.size());
+    if (figures.readings > maxReadings) {
+        const auto& named = passes.first.empty() ? passes.second : passes.first;
+        throw InputError(named.front().file + ": " + std::to_string(figures.readings) +
+                         " readings, more than the " + std::to_string(maxReadings) +
+                         " an evaluation can hold");
+    }
     auto gauge = Pluviometros::shared()->newPluviometro(gaugeDiameterM);
     const auto first = depthsOf(passes.first, gauge, figures.rejected);
     const auto second = depthsOf(passes.second, gauge, figures.rejected);

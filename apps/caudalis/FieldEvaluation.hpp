@@ -43,6 +43,8 @@ struct EvaluationFigures {
 class FieldEvaluation {
 public:
     static constexpr double flagLimitPercent = 20;
+    /// The most readings (both passes together) that the library's 16-bit counts can hold.
+    static constexpr long maxReadings = 32767;
 
     /// Raises `InputError` when no reading is valid.
     static EvaluationFigures evaluate(const ReadingPasses& passes, double gaugeDiameterM,

@@ -6,6 +6,7 @@
 #include "caudalis/db/DatabaseBackend.hpp"
 #include "caudalis/db/DatabaseErrors.hpp"
 #include "caudalis/db/JetStatement.hpp"
+#include "caudalis/db/StatementGuard.hpp"
 
 namespace caudalis {
 
@@ -45,6 +46,7 @@ void Connection::Open(const std::string& connectionString) {
 std::shared_ptr<Recordset> Connection::Execute(const std::string& sql) {
     DatabaseBackend& engine = backend();
     const JetStatement statement(sql);
+    StatementGuard::requireReadableStatement(statement);
     statement.requireSingleStatement();
     auto rows = std::make_shared<Recordset>(engine.execute(statement));
     unread_ = rows;

@@ -10,6 +10,10 @@ std::string databaseErrorText(std::int32_t number) {
             return "Invalid SQL statement; expected 'DELETE', 'INSERT', 'PROCEDURE', 'SELECT', or 'UPDATE'.";
         case DatabaseError::CharactersAfterStatement:
             return "Characters found after end of SQL statement.";
+        case DatabaseError::SyntaxError:
+            return "Syntax error in query expression.";
+        case DatabaseError::ParameterWithoutValue:
+            return "No value given for one or more required parameters.";
         case DatabaseError::ItemNotFound:
             return "Item cannot be found in the collection corresponding to the requested name or ordinal.";
         case DatabaseError::ObjectClosed:
@@ -25,6 +29,10 @@ std::string databaseErrorText(std::int32_t number) {
 
 void raiseDatabaseError(std::int32_t number) {
     raiseError(number, databaseErrorText(number));
+}
+
+void raiseSyntaxError(const std::string& reason) {
+    raiseError(DatabaseError::SyntaxError, databaseErrorText(DatabaseError::SyntaxError) + " " + reason);
 }
 
 void raiseEngineError(const std::string& message) {

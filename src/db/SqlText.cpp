@@ -5,16 +5,48 @@
 #include "caudalis/core/Error.hpp"
 #include "caudalis/core/NumberText.hpp"
 #include "caudalis/db/Connection.hpp"
+#include "caudalis/db/StatementGuard.hpp"
 
 namespace caudalis {
 namespace {
 
 constexpr const char* nullLiteral = "null";
 
+/// The character that closes a literal or name opened by `c`, or 0 when `c` opens none.
+char closingOf(char c) {
+    switch (c) {
+        case '\'':
+        case '"':
+            return c;
+        case '[':
+            return ']';
+        default:
+            return 0;
+    }
+}
+
+/// Checks that `value` cannot end the literal or name that `closing` ends (0: the mark is in the
+/// statement's code, where a value that begins as a literal must be exactly one).
+void requireValueFits(const std::string& value, char closing) {
+    if (closing == 0) {
+        StatementGuard::requireWholeLiteral(value);
+    } else {
+        StatementGuard::requireStaysInLiteral(value, closing);
+    }
+}
+
+/// Replaces the first "?" of the text by `value`, after checking that the value stays inside the
+/// literal the mark stands in. A doubled quote closes and reopens its literal.
 void replaceFirstMark(std::string& text, const std::string& value) {
-    const std::size_t mark = text.find('?');
-    if (mark != std::string::npos) {
-        text.replace(mark, 1, value);
+    char closing = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c == '?') {
+            requireValueFits(value, closing);
+            text.replace(i, 1, value);
+            return;
+        }
+        closing = closing == 0 ? closingOf(c) : (c == closing ? 0 : closing);
     }
 }
 

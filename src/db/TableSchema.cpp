@@ -6,6 +6,7 @@
 #include "caudalis/core/Arrays.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/db/Connection.hpp"
+#include "caudalis/db/StatementGuard.hpp"
 
 namespace caudalis {
 namespace {
@@ -29,6 +30,13 @@ std::string join(const BoundedArray<T>& items, const std::string& separator) {
         first = false;
     }
     return joined;
+}
+
+/// The text of a value written into a statement, refusing a text that ends its literal early.
+std::string valueText(const Variant& value) {
+    std::string text = value.toString();
+    StatementGuard::requireWholeLiteral(text);
+    return text;
 }
 
 /// The next value of a 16-bit loop counter; 6 past 32767.
@@ -63,7 +71,7 @@ std::string TableSchema::updateSQL(const BoundedArray<Variant>& values, const Va
     const BoundedArray<Variant>& campos = columns();
     BoundedArray<std::string> terms;
     for (Integer i = Variant(campos.lbound()).toInteger(); i <= campos.ubound(); i = nextIndex(i)) {
-        Arrays::shared()->Push(terms, campos(i).toString() + " = " + values(i).toString());
+        Arrays::shared()->Push(terms, campos(i).toString() + " = " + valueText(values(i)));
     }
     return "UPDATE " + nome_ + " SET " + join(terms, ",") + " WHERE " + field_id_ + " = " + id.toString();
 }
@@ -84,7 +92,11 @@ std::string TableSchema::selectSQL(const std::optional<Variant>& id,
 std::string TableSchema::insertSQL(const BoundedArray<Variant>& values,
                                    const std::optional<BoundedArray<Variant>>& fields) const {
     const std::string columnList = join(fields ? *fields : columns(), ",");
-    return "INSERT INTO " + nome_ + " (" + columnList + ") VALUES (" + join(values, ",") + " );";
+    BoundedArray<std::string> texts;
+    for (const Variant& value : values) {
+        Arrays::shared()->Push(texts, valueText(value));
+    }
+    return "INSERT INTO " + nome_ + " (" + columnList + ") VALUES (" + join(texts, ",") + " );";
 }
 
 std::string TableSchema::deleteSQL(const std::optional<Variant>& id,

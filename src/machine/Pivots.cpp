@@ -188,12 +188,12 @@ Integer Pivots::allSpansCount(const pivot& self) const {
 
 bool Pivots::isComplete(const pivot& self) const {
     const auto tramos = Tramos::shared();
-    const bool operable = (self.presion > 0) & (self.caudal > 0) & (self.rugosidad > 0);
+    const bool operable = self.presion > 0 && self.caudal > 0 && self.rugosidad > 0;
     const bool spansComplete = tramos->AllComplete(self.Tramos);
     const bool overhangComplete = tramos->isComplete(self.tramoVOladizo);
     const bool gunComplete = Types::gunInstance()->isComplete(self.endGun);
-    return operable & spansComplete & (!hasOverHang(self) | overhangComplete) &
-           (!hasEndGun(self) | gunComplete);
+    return operable && spansComplete && (!hasOverHang(self) || overhangComplete) &&
+           (!hasEndGun(self) || gunComplete);
 }
 
 void Pivots::ResetIdealData(pivot& self) const {

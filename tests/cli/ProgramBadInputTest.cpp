@@ -116,7 +116,7 @@ TEST_F(ProgramBadInputTest, CatalogueWithoutNozzles) {
 
 TEST_F(ProgramBadInputTest, ChartNameWithAnApostrophe) {
     expectFailure(run("design " + example("designs/small.json") + " --save \"Farmer's\""), ExitCode::BadInput,
-                  "chart name \"Farmer's\" must not contain an apostrophe");
+                  "chart name \"Farmer's\" may not contain ?, an apostrophe or a control character");
 }
 
 TEST_F(ProgramBadInputTest, DischargeThatNeverSettles) {

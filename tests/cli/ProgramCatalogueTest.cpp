@@ -104,7 +104,7 @@ TEST_F(ProgramCatalogueTest, BadCsvNamesTheLineAndColumn) {
         std::pair{"Nimbra,NX,#1,abc,0.5,50,300,0.1,0.3\n", "line 1: a must be a number (\"abc\")"},
         std::pair{"Nimbra, ,#1,0.01,0.5,50,300,0.1,0.3\n", "line 1: model must not be blank"},
         std::pair{"Nimbra,NX,#1,0.01,0.5,300,50,0.1,0.3\n", "line 1: pmax must be >= pmin"},
-        std::pair{"O'Brien,NX,#1,0.01,0.5,50,300,0.1,0.3\n", "brand \"O'Brien\" must not contain"},
+        std::pair{"O'Brien,NX,#1,0.01,0.5,50,300,0.1,0.3\n", "brand \"O'Brien\" may not contain"},
         std::pair{"brand,model,nozzle,a,b,pmin,pmax,qmin,qmax\n", "holds no nozzles"}};
     for (const auto& [content, message] : cases) {
         SCOPED_TRACE(content);

@@ -103,7 +103,8 @@ TEST_F(ProgramEvaluateTest, SavedEvaluationHoldsEveryReading) {
     expectFailure(run("evaluate " + quoted(two) + " --gauge-diameter 0.15 --name 'Field 7' --save"),
                   ExitCode::BadInput, "an evaluation named \"Field 7\" already exists");
     expectFailure(run("evaluate " + quoted(two) + " --gauge-diameter 0.15 --name \"Farmer's\" --save"),
-                  ExitCode::BadInput, "evaluation name \"Farmer's\" must not contain an apostrophe");
+                  ExitCode::BadInput,
+                  "evaluation name \"Farmer's\" may not contain ?, an apostrophe or a control character");
     EXPECT_EQ(databases(), before);
 }
 

@@ -30,7 +30,7 @@ TEST(Statics, NewIndicadores) {
 TEST(Statics, NewPivotSampleCopiesTheCode) {
     std::string code = "A";
     const auto sample = Statics::application()->newPivotSample(120.5, 30, code);
-    code = "B";
+    code[0] = 'B';
     EXPECT_EQ(sample.distanceToCenter, 120.5);
     EXPECT_EQ(sample.wetDiameter, 30);
     EXPECT_EQ(sample.code, "A");

@@ -311,7 +311,7 @@ TEST_F(PivotEvaluationsTest, ANameWithAnApostropheBreaksTheStatementAndRunsNothi
     const auto before = tableContents();
 
     PivotEvaluation evaluation = fullEvaluation("x'); DELETE FROM pivot_evaluations; --");
-    EXPECT_RAISES(evaluations().save(con, evaluation), DatabaseError::CharactersAfterStatement);
+    EXPECT_RAISES(evaluations().save(con, evaluation), DatabaseError::SyntaxError);
     EXPECT_EQ(evaluation.id, 0);
     EXPECT_EQ(tableContents(), before);
 

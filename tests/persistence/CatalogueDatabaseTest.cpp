@@ -9,6 +9,7 @@
 #include "caudalis/core/Errors.hpp"
 #include "caudalis/core/NumberText.hpp"
 #include "caudalis/core/Statics.hpp"
+#include "caudalis/db/DatabaseErrors.hpp"
 
 using namespace caudalis;
 using namespace caudalis::testing;
@@ -113,7 +114,7 @@ TEST_F(CatalogueDatabase, FindByAnUnknownBrandIsEmpty) {
 
 TEST_F(CatalogueDatabase, NamesArePlacedWithoutDoublingQuotes) {
     EXPECT_RAISES(catalogue.find_by_marca(databases.catalogueConnection(), "O'Neil"),
-                  RuntimeError::DatabaseEngine);
+                  DatabaseError::SyntaxError);
 }
 
 TEST_F(CatalogueDatabase, AnIncompleteRowAbortsTheWholeRead) {
@@ -257,7 +258,7 @@ TEST_F(CatalogueDatabase, AFailedSaveLeavesTheCatalogueUnchanged) {
 TEST_F(CatalogueDatabase, AnApostropheInANameMakesTheInsertFailWithoutWriting) {
     const TableDump before = databases.dumpCatalogue();
     EXPECT_RAISES(catalogue.save(databases.catalogueConnection(), *nozzleOf(newModel("Model", "O'Neil"))),
-                  RuntimeError::DatabaseEngine);
+                  DatabaseError::SyntaxError);
     EXPECT_EQ(databases.dumpCatalogue(), before);
 }
 

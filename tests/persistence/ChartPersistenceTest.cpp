@@ -7,6 +7,7 @@
 #include "caudalis/core/Errors.hpp"
 #include "caudalis/core/Factories.hpp"
 #include "caudalis/core/Statics.hpp"
+#include "caudalis/db/DatabaseErrors.hpp"
 #include "caudalis/hydraulics/Drops.hpp"
 #include "caudalis/hydraulics/ReguladorPression.hpp"
 #include "caudalis/machine/CoordenadasSaidas.hpp"
@@ -345,10 +346,10 @@ TEST_F(ChartPersistence, ANameCannotSmuggleASecondStatement) {
     saveAsNew(*existing);
     const TableDump before = databases.dumpProject();
     auto chart = fullChart("x'; DELETE FROM tb_cartas; SELECT '");
-    EXPECT_RAISES(saveAsNew(*chart), 3142);
+    EXPECT_RAISES(saveAsNew(*chart), DatabaseError::SyntaxError);
     EXPECT_EQ(databases.dumpProject(), before);
     existing->setNome("x'; DELETE FROM tb_aspersores; SELECT '");
-    EXPECT_RAISES(save(*existing), 3142);
+    EXPECT_RAISES(save(*existing), DatabaseError::SyntaxError);
     EXPECT_EQ(databases.dumpProject(), before);
 }
 

@@ -17,7 +17,10 @@ std::string rowText(const Recordset& rs) {
     std::string text;
     for (const std::string& name : rs.fieldNames()) {
         const Variant value = rs.Fields(name);
-        text += (text.empty() ? "" : "|") + (value.isNull() ? std::string("<null>") : value.toString());
+        if (!text.empty()) {
+            text += '|';
+        }
+        text += value.isNull() ? std::string("<null>") : value.toString();
     }
     return text;
 }

@@ -36,7 +36,10 @@ public:
     void Open(const std::string& connectionString);
 
     /// Runs exactly one statement (a trailing ";" and blanks are allowed; a second statement
-    /// raises `DatabaseError::CharactersAfterStatement` and nothing runs).
+    /// raises `DatabaseError::CharactersAfterStatement` and nothing runs). Like the dialect it
+    /// reads, it takes no comments, no NUL characters and no unterminated texts
+    /// (`DatabaseError::SyntaxError`) and no "?" outside quotes
+    /// (`DatabaseError::ParameterWithoutValue`); see `StatementGuard`.
     std::shared_ptr<Recordset> Execute(const std::string& sql);
 
     void BeginTrans();

@@ -13,6 +13,11 @@ namespace DatabaseError {
 inline constexpr std::int32_t InvalidStatement = 3129;
 /// A statement text holds more than one statement.
 inline constexpr std::int32_t CharactersAfterStatement = 3142;
+/// A statement text that the dialect cannot read: a comment, a NUL character, an unterminated
+/// text or name, or a text value that ends the literal it was written into.
+inline constexpr std::int32_t SyntaxError = 3075;
+/// A "?" left outside quotes: a parameter that no value was given for.
+inline constexpr std::int32_t ParameterWithoutValue = 3061;
 /// A field name that the record set does not have.
 inline constexpr std::int32_t ItemNotFound = 3265;
 /// An operation that needs an open connection on a closed one.
@@ -28,6 +33,9 @@ std::string databaseErrorText(std::int32_t number);
 
 /// Raises a data-access error with its standard text.
 [[noreturn]] void raiseDatabaseError(std::int32_t number);
+
+/// Raises `DatabaseError::SyntaxError` with the reason after the standard text.
+[[noreturn]] void raiseSyntaxError(const std::string& reason);
 
 /// Raises `RuntimeError::DatabaseEngine` carrying the engine's own message.
 [[noreturn]] void raiseEngineError(const std::string& message);

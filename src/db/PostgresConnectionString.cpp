@@ -18,10 +18,6 @@ bool isBlank(char c) {
     return std::isspace(static_cast<unsigned char>(c)) != 0;
 }
 
-bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
-    return text.size() >= prefix.size() && texthelpers::equalsIgnoringCase(text.substr(0, prefix.size()), prefix);
-}
-
 int hexValue(char c) {
     const auto byte = static_cast<unsigned char>(c);
     if (std::isdigit(byte) != 0) {
@@ -136,7 +132,7 @@ struct ConninfoOptionsFree {
 
 std::optional<PostgresConnectionString> PostgresConnectionString::parse(std::string_view text) {
     const std::string whole = trimBlanks(text);
-    const bool uri = startsWithIgnoringCase(whole, "postgresql://") || startsWithIgnoringCase(whole, "postgres://");
+    const bool uri = whole.starts_with("postgresql://") || whole.starts_with("postgres://");
     auto parsed = uri ? parseUri(whole) : parsePairs(whole);
     if (!parsed || !parsed->readByLibpq()) {
         return std::nullopt;

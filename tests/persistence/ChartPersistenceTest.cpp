@@ -342,6 +342,14 @@ TEST_P(ChartPersistence, AnApostropheInTheNameMakesTheStatementFail) {
     EXPECT_EQ(databases.dumpProject(), before);
 }
 
+TEST_P(ChartPersistence, ABackslashInTheNameIsKeptAsItIs) {
+    auto chart = fullChart("C:\\fields\\");
+    saveAsNew(*chart);
+    EXPECT_EQ(load(static_cast<Integer>(chart->id()))->getNome(), "C:\\fields\\");
+    auto again = fullChart("C:\\fields\\");
+    EXPECT_RAISES(saveAsNew(*again), nameTaken);
+}
+
 TEST_P(ChartPersistence, ANameCannotSmuggleASecondStatement) {
     auto existing = fullChart("Existing");
     saveAsNew(*existing);

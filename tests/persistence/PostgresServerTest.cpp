@@ -1,0 +1,87 @@
+#include <gtest/gtest.h>
+
+#include "ChartFixture.hpp"
+#include "ErrorMatchers.hpp"
+#include "caudalis/core/Error.hpp"
+#include "caudalis/db/Connection.hpp"
+#include "caudalis/db/PostgresConnectionString.hpp"
+
+using namespace caudalis;
+using namespace caudalis::testing;
+
+namespace {
+
+/// What only the PostgreSQL engine has to get right.
+class PostgresServer : public ::testing::Test, public ChartFixture {
+protected:
+    PostgresServer() : ChartFixture(TestEngine::Postgresql) {}
+
+    /// The description of the error raised by `action`.
+    static std::string raisedDescription(const std::function<void()>& action) {
+        try {
+            action();
+        } catch (const Error& error) {
+            return error.description();
+        }
+        return {};
+    }
+};
+
+TEST_F(PostgresServer, TheLastKeyIsZeroBeforeAnyInsertAndKeptByAnInsertOfNoRow) {
+    Connection con(databases.projectConnection());
+    con.Open();
+    EXPECT_EQ(con.Execute("Select @@IDENTITY as id;")->Fields("id").toLong(), 0);
+    con.Execute("INSERT INTO pipe_materials (name, rugosidade) VALUES ('Copper', 140)");
+    const Long copper = con.Execute("Select @@IDENTITY as id;")->Fields("id").toLong();
+    EXPECT_EQ(copper, 6);
+    con.Execute("INSERT INTO pipe_materials (name, rugosidade) SELECT name, rugosidade FROM pipe_materials WHERE 1=0");
+    con.Execute("INSERT INTO tb_drop (longitud, carta_id) VALUES (1, 1)");
+    EXPECT_EQ(con.Execute("Select @@IDENTITY as id;")->Fields("id").toLong(), copper);
+    EXPECT_TRUE(con.Execute("INSERT INTO tb_cartas (nome, id_sistema) VALUES ('x', 1)")->fieldNames().empty());
+}
+
+TEST_F(PostgresServer, ValuesComeBackAsTheirKinds) {
+    Connection con(databases.projectConnection());
+    con.Open();
+    const auto row = con.Execute(
+        "SELECT true AS yes, 3000000000 AS big, 7 AS small, 2.5::float8 AS real, 'x'::text AS word, null AS nothing");
+    EXPECT_EQ(row->Fields("YES").type(), Variant::Type::Boolean);
+    EXPECT_TRUE(row->Fields("yes").toBoolean());
+    EXPECT_EQ(row->Fields("big").type(), Variant::Type::Double);
+    EXPECT_EQ(row->Fields("big").toDouble(), 3e9);
+    EXPECT_EQ(row->Fields("small").type(), Variant::Type::Long);
+    EXPECT_EQ(row->Fields("real").toDouble(), 2.5);
+    EXPECT_EQ(row->Fields("word").toString(), "x");
+    EXPECT_TRUE(row->Fields("nothing").isNull());
+}
+
+TEST_F(PostgresServer, ACatalogueInAnotherDatabaseIsRefusedByName) {
+    auto chart = fullChart("Elsewhere");
+    saveAsNew(*chart);
+    const std::string description = raisedDescription([&] {
+        charts.find(databases.projectConnection(), "host=127.0.0.1 dbname=another schema=catalogue",
+                    static_cast<Integer>(chart->id()));
+    });
+    EXPECT_NE(description.find("is in database another"), std::string::npos) << description;
+}
+
+TEST_F(PostgresServer, ACatalogueFileCannotBeJoinedToAServerDatabase) {
+    auto chart = fullChart("File");
+    saveAsNew(*chart);
+    const std::string description = raisedDescription([&] {
+        charts.find(databases.projectConnection(), "/data/catalogue.db", static_cast<Integer>(chart->id()));
+    });
+    EXPECT_NE(description.find("names no schema of this PostgreSQL database"), std::string::npos) << description;
+}
+
+TEST_F(PostgresServer, ACatalogueSchemaNamedOnItsOwnIsJoined) {
+    auto chart = fullChart("By schema");
+    saveAsNew(*chart);
+    const std::string schema = PostgresConnectionString::parse(databases.catalogueConnection())->schema().value();
+    for (const std::string& reference : {"schema='" + schema + "'", schema}) {
+        const auto loaded = charts.find(databases.projectConnection(), reference, static_cast<Integer>(chart->id()));
+        EXPECT_EQ(loaded->mountedAspersores()->Count(), 3) << reference;
+    }
+}
+
+}  // namespace

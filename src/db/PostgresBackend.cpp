@@ -32,6 +32,10 @@ std::string oneLine(std::string message) {
     return last == std::string::npos ? std::string() : message.substr(0, last + 1);
 }
 
+/// Notices of the server (a cascading drop, an existing object skipped) are not errors, and a
+/// library writes nothing of its own to the host's output.
+void ignoreNotice(void* /*context*/, const char* /*message*/) {}
+
 [[noreturn]] void raiseFromConnection(PGconn* connection) {
     raiseEngineError(oneLine(PQerrorMessage(connection)));
 }
@@ -129,6 +133,7 @@ PostgresBackend::PostgresBackend(const PostgresConnectionString& target)
     if (PQstatus(connection_.get()) != CONNECTION_OK) {
         raiseFromConnection(connection_.get());
     }
+    PQsetNoticeProcessor(connection_.get(), ignoreNotice, nullptr);
     startSession(target);
 }
 

@@ -20,15 +20,16 @@ void BM_SaveAsNewAndFindChartOf600Sprinklers(benchmark::State& state, TestEngine
     Long system = 0;
     for (auto _ : state) {
         charts.saveAsNew(databases.projectConnection(), ++system, *chart);
-        const auto found =
-            charts.find(databases.projectConnection(), databases.cataloguePath(), static_cast<Integer>(chart->id()));
+        const auto found = charts.find(databases.projectConnection(), databases.cataloguePath(),
+                                       static_cast<Integer>(chart->id()));
         if (found->mountedAspersores()->Count() != 600) {
             state.SkipWithError("the chart did not come back whole");
         }
     }
     state.SetItemsProcessed(state.iterations() * 600);
 }
-BENCHMARK_CAPTURE(BM_SaveAsNewAndFindChartOf600Sprinklers, SQLite, TestEngine::Sqlite)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_SaveAsNewAndFindChartOf600Sprinklers, SQLite, TestEngine::Sqlite)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_SaveAsNewAndFindChartOf600Sprinklers, PostgreSQL, TestEngine::Postgresql)
     ->Unit(benchmark::kMillisecond);
 

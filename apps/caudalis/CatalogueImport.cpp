@@ -59,7 +59,8 @@ const std::vector<std::pair<std::string, std::string>>& keyedTables() {
 std::vector<long> highestKeys(const DatabaseFile& catalogue) {
     std::vector<long> keys;
     for (const auto& [table, key] : keyedTables()) {
-        keys.push_back(catalogue.wholeNumbers("SELECT coalesce(max(" + key + "), 0) AS k FROM " + table, "k").front());
+        keys.push_back(
+            catalogue.wholeNumbers("SELECT coalesce(max(" + key + "), 0) AS k FROM " + table, "k").front());
     }
     return keys;
 }

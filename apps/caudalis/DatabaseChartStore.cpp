@@ -1,6 +1,5 @@
 #include "DatabaseChartStore.hpp"
 
-
 #include "CatalogueDatabase.hpp"
 #include "CliErrors.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"

@@ -61,8 +61,9 @@ std::vector<std::string> DatabaseFile::tableNames() const {
         Connection connection(connectionString());
         connection.Open();
         const auto rows = connection.Execute(
-            onServer() ? "SELECT tablename AS name FROM pg_catalog.pg_tables WHERE schemaname = current_schema()"
-                       : "SELECT name FROM sqlite_master WHERE type='table'");
+            onServer()
+                ? "SELECT tablename AS name FROM pg_catalog.pg_tables WHERE schemaname = current_schema()"
+                : "SELECT name FROM sqlite_master WHERE type='table'");
         for (; !rows->EOF_(); rows->MoveNext()) {
             names.push_back(lowerCase(rows->Fields("name").toString()));
         }

@@ -8,8 +8,8 @@
 #include <cctype>
 
 #include "CliErrors.hpp"
-#include "caudalis/core/Error.hpp"
 #include "TextFile.hpp"
+#include "caudalis/core/Error.hpp"
 #include "caudalis/db/Connection.hpp"
 #include "caudalis/db/PostgresConnectionString.hpp"
 #include "caudalis/db/SqlScript.hpp"
@@ -88,7 +88,8 @@ void ProjectSetup::createOnServer(const DatabaseFile& database) const {
             connection.Execute("CREATE SCHEMA IF NOT EXISTS \"" + *schema + "\"");
         }
         for (const char* script : serverScriptsOf(database.kind())) {
-            for (const auto& statement : splitStatements(readTextFile((dataFolder_ / script).string(), "SQL script"))) {
+            for (const auto& statement :
+                 splitStatements(readTextFile((dataFolder_ / script).string(), "SQL script"))) {
                 if (!controlsTransaction(statement)) {
                     connection.Execute(statement);
                 }
@@ -103,8 +104,8 @@ void ProjectSetup::createOnServer(const DatabaseFile& database) const {
 
 void ProjectSetup::provide(const DatabaseFile& database, std::ostream& out) const {
     std::error_code ignored;
-    const bool existed = database.onServer() ? !database.holdsNoTables()
-                                             : std::filesystem::exists(database.path(), ignored);
+    const bool existed =
+        database.onServer() ? !database.holdsNoTables() : std::filesystem::exists(database.path(), ignored);
     if (existed) {
         database.requireUsable();
     } else if (database.onServer()) {

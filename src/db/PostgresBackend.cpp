@@ -56,13 +56,14 @@ void requireSuccess(PGconn* connection, const PGresult* result) {
 }
 
 /// Runs one statement through the extended protocol, which refuses a second statement.
-PostgresResultHandle query(PGconn* connection, const std::string& sql, const std::vector<std::string>& texts = {}) {
+PostgresResultHandle query(PGconn* connection, const std::string& sql,
+                           const std::vector<std::string>& texts = {}) {
     std::vector<const char*> values;
     for (const std::string& text : texts) {
         values.push_back(text.c_str());
     }
-    PostgresResultHandle result(PQexecParams(connection, sql.c_str(), static_cast<int>(values.size()), nullptr,
-                                             values.data(), nullptr, nullptr, 0));
+    PostgresResultHandle result(PQexecParams(connection, sql.c_str(), static_cast<int>(values.size()),
+                                             nullptr, values.data(), nullptr, nullptr, 0));
     requireSuccess(connection, result.get());
     return result;
 }
@@ -153,7 +154,8 @@ void PostgresBackend::startSession(const PostgresConnectionString& target) {
 }
 
 std::unique_ptr<DatabaseCursor> PostgresBackend::execute(const JetStatement& statement) {
-    const PostgresDialect dialect(lastKey_, [this](const std::string& reference) { return schemaFor(reference); });
+    const PostgresDialect dialect(lastKey_,
+                                  [this](const std::string& reference) { return schemaFor(reference); });
     const std::string sql = dialect.rewrite(statement);
     const auto key = generatedKeyOf(sql);
     if (!key) {

@@ -31,7 +31,8 @@ int hexValue(char c) {
 std::string percentDecoded(std::string_view text) {
     std::string result;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '%' && i + 2 < text.size() && hexValue(text[i + 1]) >= 0 && hexValue(text[i + 2]) >= 0) {
+        if (text[i] == '%' && i + 2 < text.size() && hexValue(text[i + 1]) >= 0 &&
+            hexValue(text[i + 2]) >= 0) {
             result += static_cast<char>(hexValue(text[i + 1]) * 16 + hexValue(text[i + 2]));
             i += 2;
         } else {
@@ -44,7 +45,8 @@ std::string percentDecoded(std::string_view text) {
 std::vector<std::string_view> split(std::string_view text, char separator) {
     std::vector<std::string_view> parts;
     std::size_t start = 0;
-    for (std::size_t end = text.find(separator); end != std::string_view::npos; end = text.find(separator, start)) {
+    for (std::size_t end = text.find(separator); end != std::string_view::npos;
+         end = text.find(separator, start)) {
         parts.push_back(text.substr(start, end - start));
         start = end + 1;
     }
@@ -182,7 +184,8 @@ std::optional<PostgresConnectionString> PostgresConnectionString::parsePairs(std
 
 bool PostgresConnectionString::readByLibpq() {
     char* message = nullptr;
-    const std::unique_ptr<PQconninfoOption, ConninfoOptionsFree> options(PQconninfoParse(conninfo_.c_str(), &message));
+    const std::unique_ptr<PQconninfoOption, ConninfoOptionsFree> options(
+        PQconninfoParse(conninfo_.c_str(), &message));
     PQfreemem(message);
     if (!options) {
         return false;

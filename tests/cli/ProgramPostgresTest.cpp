@@ -38,19 +38,23 @@ protected:
 
     ~ProgramPostgres() override {
         try {
-            executeAllOn(server + " dbname=postgres", {"DROP SCHEMA IF EXISTS " + projectSchema + " CASCADE",
-                                                       "DROP SCHEMA IF EXISTS " + catalogueSchema + " CASCADE"});
+            executeAllOn(server + " dbname=postgres",
+                         {"DROP SCHEMA IF EXISTS " + projectSchema + " CASCADE",
+                          "DROP SCHEMA IF EXISTS " + catalogueSchema + " CASCADE"});
         } catch (...) {
             // The server is thrown away after the tests anyway.
         }
     }
 
-    Outcome initServer() const { return run("init --project " + quoted(project) + " --catalogue " + quoted(catalogue)); }
+    Outcome initServer() const {
+        return run("init --project " + quoted(project) + " --catalogue " + quoted(catalogue));
+    }
 
     std::string databasesOnServer() const {
         std::string text;
         for (const char* table : {"marca", "Modelos", "Boquillas"}) {
-            for (const auto& row : queryRowsText(catalogue, std::string("SELECT * FROM ") + table + " ORDER BY 1")) {
+            for (const auto& row :
+                 queryRowsText(catalogue, std::string("SELECT * FROM ") + table + " ORDER BY 1")) {
                 text += row + "\n";
             }
         }
@@ -72,7 +76,8 @@ TEST_F(ProgramPostgres, InitCreatesTheTablesInTheNamedSchemasAndThenLeavesThemAl
     ASSERT_EQ(created.exitCode, 0) << created.err;
     EXPECT_NE(created.out.find("project database: " + project + " (created, 0 charts)"), std::string::npos)
         << created.out;
-    EXPECT_NE(created.out.find("catalogue database: " + catalogue + " (created, 398 nozzles)"), std::string::npos);
+    EXPECT_NE(created.out.find("catalogue database: " + catalogue + " (created, 398 nozzles)"),
+              std::string::npos);
     EXPECT_EQ(queryRowsText(project, "SELECT count(*) FROM pipe_materials"), std::vector<std::string>{"5"});
     const auto again = initServer();
     ASSERT_EQ(again.exitCode, 0) << again.err;
@@ -81,15 +86,17 @@ TEST_F(ProgramPostgres, InitCreatesTheTablesInTheNamedSchemasAndThenLeavesThemAl
 }
 
 TEST_F(ProgramPostgres, ASchemaWithSomeOfTheTablesIsNotTakenForOurs) {
-    executeAllOn(server + " dbname=postgres",
-                 {"CREATE SCHEMA " + projectSchema, "CREATE TABLE " + projectSchema + ".tb_cartas (id integer)"});
-    expectFailure(initServer(), ExitCode::BadInput, "is not a Caudalis project database (it has no table tb_aspersores");
+    executeAllOn(server + " dbname=postgres", {"CREATE SCHEMA " + projectSchema,
+                                               "CREATE TABLE " + projectSchema + ".tb_cartas (id integer)"});
+    expectFailure(initServer(), ExitCode::BadInput,
+                  "is not a Caudalis project database (it has no table tb_aspersores");
 }
 
 TEST_F(ProgramPostgres, DesignSavesIntoTheServerAndChartShowJoinsItsCatalogue) {
     ASSERT_EQ(initServer().exitCode, 0);
     const std::string databases = " --project " + quoted(project) + " --catalogue " + quoted(catalogue);
-    const auto saved = run("design " + example("designs/realistic.json") + databases + " --save 'North 2024'");
+    const auto saved =
+        run("design " + example("designs/realistic.json") + databases + " --save 'North 2024'");
     ASSERT_EQ(saved.exitCode, 0) << saved.err;
     EXPECT_NE(saved.err.find("chart \"North 2024\" stored in system"), std::string::npos) << saved.err;
     EXPECT_NE(run("chart list" + databases).out.find("North 2024"), std::string::npos);
@@ -104,17 +111,20 @@ TEST_F(ProgramPostgres, DesignSavesIntoTheServerAndChartShowJoinsItsCatalogue) {
 
 TEST_F(ProgramPostgres, AFailedImportLeavesTheServerCatalogueAsItWas) {
     ASSERT_EQ(initServer().exitCode, 0);
-    executeAllOn(catalogue,
-                 {"CREATE FUNCTION refuse_fourth() RETURNS trigger LANGUAGE plpgsql AS 'BEGIN IF NEW.denominacion = "
-                  "''#4'' THEN RAISE EXCEPTION ''refused by the test''; END IF; RETURN NEW; END'",
-                  "CREATE TRIGGER refuse BEFORE INSERT ON Boquillas FOR EACH ROW EXECUTE FUNCTION refuse_fourth()"});
+    executeAllOn(
+        catalogue,
+        {"CREATE FUNCTION refuse_fourth() RETURNS trigger LANGUAGE plpgsql AS 'BEGIN IF NEW.denominacion = "
+         "''#4'' THEN RAISE EXCEPTION ''refused by the test''; END IF; RETURN NEW; END'",
+         "CREATE TRIGGER refuse BEFORE INSERT ON Boquillas FOR EACH ROW EXECUTE FUNCTION refuse_fourth()"});
     const auto before = databasesOnServer();
     std::string rows;
     for (int i = 1; i <= 6; ++i) {
         rows += "Zephyr,NX,#" + std::to_string(i) + ",0.01,0.5,50,300,0.1,0.3\n";
     }
-    expectFailure(run("catalogue import " + quoted(write("new.csv", rows)) + " --catalogue " + quoted(catalogue)),
-                  ExitCode::BadInput, "cannot import the nozzle of CSV line 4 into " + catalogue + ": refused by the test");
+    expectFailure(
+        run("catalogue import " + quoted(write("new.csv", rows)) + " --catalogue " + quoted(catalogue)),
+        ExitCode::BadInput,
+        "cannot import the nozzle of CSV line 4 into " + catalogue + ": refused by the test");
     EXPECT_EQ(databasesOnServer(), before);
     const auto imported =
         run("catalogue import " + quoted(write("good.csv", "Zephyr,NX,#1,0.01,0.5,50,300,0.1,0.3\n")) +

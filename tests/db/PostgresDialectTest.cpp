@@ -26,8 +26,8 @@ std::string rewrite(const std::string& sql, std::vector<std::string>* references
 }  // namespace
 
 TEST(PostgresConnectionString, AUriWithASchemaGivesLibpqTheRest) {
-    const auto parsed =
-        PostgresConnectionString::parse(" postgresql://designer@db.office:5433/caudalis?schema=my%20catalogue&sslmode=disable ");
+    const auto parsed = PostgresConnectionString::parse(
+        " postgresql://designer@db.office:5433/caudalis?schema=my%20catalogue&sslmode=disable ");
     ASSERT_TRUE(parsed);
     EXPECT_EQ(parsed->conninfo(), "postgresql://designer@db.office:5433/caudalis?sslmode=disable");
     EXPECT_EQ(parsed->schema(), "my catalogue");
@@ -36,7 +36,8 @@ TEST(PostgresConnectionString, AUriWithASchemaGivesLibpqTheRest) {
 }
 
 TEST(PostgresConnectionString, KeyValuePairsWithAQuotedSchema) {
-    const auto parsed = PostgresConnectionString::parse("host=127.0.0.1 port = 5432 dbname=office schema='sprinkler catalogue'");
+    const auto parsed = PostgresConnectionString::parse(
+        "host=127.0.0.1 port = 5432 dbname=office schema='sprinkler catalogue'");
     ASSERT_TRUE(parsed);
     EXPECT_EQ(parsed->conninfo(), "host='127.0.0.1' port='5432' dbname='office'");
     EXPECT_EQ(parsed->schema(), "sprinkler catalogue");
@@ -45,8 +46,9 @@ TEST(PostgresConnectionString, KeyValuePairsWithAQuotedSchema) {
 }
 
 TEST(PostgresConnectionString, WhatLibpqDoesNotReadIsNotAServer) {
-    for (const char* text : {"project.db", "/data/my project.db", ":memory:", "Provider=SQLite;Data Source=a.db",
-                             "Provider=Nothing;Data Source=x", "host=db color=red", "host='unclosed", ""}) {
+    for (const char* text :
+         {"project.db", "/data/my project.db", ":memory:", "Provider=SQLite;Data Source=a.db",
+          "Provider=Nothing;Data Source=x", "host=db color=red", "host='unclosed", ""}) {
         EXPECT_FALSE(PostgresConnectionString::parse(text)) << text;
     }
 }
@@ -69,7 +71,8 @@ TEST(PostgresDialect, TruthValuesStayAndDatesBecomeTextLiterals) {
 }
 
 TEST(PostgresDialect, BracketedNamesBecomeLowerCaseQuotedNames) {
-    EXPECT_EQ(rewrite("SELECT [My Field] FROM [Boquillas] AS b"), "SELECT \"my field\" FROM \"boquillas\" AS b");
+    EXPECT_EQ(rewrite("SELECT [My Field] FROM [Boquillas] AS b"),
+              "SELECT \"my field\" FROM \"boquillas\" AS b");
     EXPECT_EQ(rewrite("SELECT [b].a FROM Boquillas AS b"), "SELECT \"b\".a FROM Boquillas AS b");
 }
 

@@ -94,7 +94,9 @@ protected:
     }
 
     /// Makes every `event` (INSERT or UPDATE) on the table fail.
-    void refuseEvery(const std::string& event) const { databases.refuseOnProject("pivot_evaluations", event); }
+    void refuseEvery(const std::string& event) const {
+        databases.refuseOnProject("pivot_evaluations", event);
+    }
 
     caudalis::testing::PersistenceDatabases databases;
     Connection con;

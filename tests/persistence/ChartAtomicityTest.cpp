@@ -13,7 +13,8 @@ namespace {
 
 /// A failure injected into one table of the project database, on each engine: a trigger that
 /// aborts the statement, as a full disk or a constraint would.
-class ChartAtomicity : public ::testing::TestWithParam<std::tuple<TestEngine, const char*>>, public ChartFixture {
+class ChartAtomicity : public ::testing::TestWithParam<std::tuple<TestEngine, const char*>>,
+                       public ChartFixture {
 protected:
     ChartAtomicity() : ChartFixture(std::get<0>(GetParam())) {
         existing = fullChart("Existing");
@@ -79,9 +80,9 @@ std::string engineAndTable(const ::testing::TestParamInfo<ChartAtomicity::ParamT
 }
 
 INSTANTIATE_TEST_SUITE_P(ChildTables, ChartAtomicity,
-                         ::testing::Combine(allEngines(),
-                                            ::testing::Values("tb_aspersores", "tb_reguladores", "tb_indicadores",
-                                                              "tb_pluviometria", "tb_drop")),
+                         ::testing::Combine(allEngines(), ::testing::Values("tb_aspersores", "tb_reguladores",
+                                                                            "tb_indicadores",
+                                                                            "tb_pluviometria", "tb_drop")),
                          engineAndTable);
 
 class ChartTableAtomicity : public ChartAtomicity {};

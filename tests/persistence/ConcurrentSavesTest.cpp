@@ -40,7 +40,8 @@ protected:
                 outcome = Stored;
             }
         } catch (const Error& error) {
-            outcome = error.number() == errorNumber(CartaExceptions::NomeDaCartaJaExistente) ? NameTaken : OtherError;
+            outcome = error.number() == errorNumber(CartaExceptions::NomeDaCartaJaExistente) ? NameTaken
+                                                                                             : OtherError;
         }
         ::_exit(outcome);
     }
@@ -70,7 +71,8 @@ TEST_P(ConcurrentSaves, OneDesignerStoresTheChartAndTheOtherHearsTheNameIsTaken)
         const auto outcomes = saveTwiceAtOnce(name);
         EXPECT_EQ(outcomes[0] + outcomes[1], Stored + NameTaken) << name;
         EXPECT_NE(outcomes[0], outcomes[1]) << name;
-        EXPECT_EQ(databases.projectNumber("SELECT count(*) FROM tb_cartas WHERE nome='" + name + "'"), 1) << name;
+        EXPECT_EQ(databases.projectNumber("SELECT count(*) FROM tb_cartas WHERE nome='" + name + "'"), 1)
+            << name;
     }
     const double charts = databases.projectNumber("SELECT count(*) FROM tb_cartas");
     EXPECT_EQ(charts, rounds);

@@ -34,17 +34,21 @@ TEST_F(PostgresServer, TheLastKeyIsZeroBeforeAnyInsertAndKeptByAnInsertOfNoRow) 
     con.Execute("INSERT INTO pipe_materials (name, rugosidade) VALUES ('Copper', 140)");
     const Long copper = con.Execute("Select @@IDENTITY as id;")->Fields("id").toLong();
     EXPECT_EQ(copper, 6);
-    con.Execute("INSERT INTO pipe_materials (name, rugosidade) SELECT name, rugosidade FROM pipe_materials WHERE 1=0");
+    con.Execute(
+        "INSERT INTO pipe_materials (name, rugosidade) SELECT name, rugosidade FROM pipe_materials WHERE "
+        "1=0");
     con.Execute("INSERT INTO tb_drop (longitud, carta_id) VALUES (1, 1)");
     EXPECT_EQ(con.Execute("Select @@IDENTITY as id;")->Fields("id").toLong(), copper);
-    EXPECT_TRUE(con.Execute("INSERT INTO tb_cartas (nome, id_sistema) VALUES ('x', 1)")->fieldNames().empty());
+    EXPECT_TRUE(
+        con.Execute("INSERT INTO tb_cartas (nome, id_sistema) VALUES ('x', 1)")->fieldNames().empty());
 }
 
 TEST_F(PostgresServer, ValuesComeBackAsTheirKinds) {
     Connection con(databases.projectConnection());
     con.Open();
     const auto row = con.Execute(
-        "SELECT true AS yes, 3000000000 AS big, 7 AS small, 2.5::float8 AS real, 'x'::text AS word, null AS nothing");
+        "SELECT true AS yes, 3000000000 AS big, 7 AS small, 2.5::float8 AS real, 'x'::text AS word, null AS "
+        "nothing");
     EXPECT_EQ(row->Fields("YES").type(), Variant::Type::Boolean);
     EXPECT_TRUE(row->Fields("yes").toBoolean());
     EXPECT_EQ(row->Fields("big").type(), Variant::Type::Double);
@@ -71,15 +75,18 @@ TEST_F(PostgresServer, ACatalogueFileCannotBeJoinedToAServerDatabase) {
     const std::string description = raisedDescription([&] {
         charts.find(databases.projectConnection(), "/data/catalogue.db", static_cast<Integer>(chart->id()));
     });
-    EXPECT_NE(description.find("names no schema of this PostgreSQL database"), std::string::npos) << description;
+    EXPECT_NE(description.find("names no schema of this PostgreSQL database"), std::string::npos)
+        << description;
 }
 
 TEST_F(PostgresServer, ACatalogueSchemaNamedOnItsOwnIsJoined) {
     auto chart = fullChart("By schema");
     saveAsNew(*chart);
-    const std::string schema = PostgresConnectionString::parse(databases.catalogueConnection())->schema().value();
+    const std::string schema =
+        PostgresConnectionString::parse(databases.catalogueConnection())->schema().value();
     for (const std::string& reference : {"schema='" + schema + "'", schema}) {
-        const auto loaded = charts.find(databases.projectConnection(), reference, static_cast<Integer>(chart->id()));
+        const auto loaded =
+            charts.find(databases.projectConnection(), reference, static_cast<Integer>(chart->id()));
         EXPECT_EQ(loaded->mountedAspersores()->Count(), 3) << reference;
     }
 }

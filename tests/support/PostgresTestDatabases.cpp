@@ -62,9 +62,11 @@ std::string catalogueTemplate(bool sampleCatalogue) {
 
 /// The schemas every test copies, made by the scripts that make a new user's databases.
 void fillTemplates(const std::string& database) {
-    executeAllOn(database, {copySchemaFunction, std::string("CREATE SCHEMA ") + projectTemplate,
-                            "CREATE SCHEMA " + catalogueTemplate(true), "CREATE SCHEMA " + catalogueTemplate(false)});
-    runScripts(inSchema(database, projectTemplate), {"schema/project-postgresql.sql", "sample/pipe-materials.sql"});
+    executeAllOn(database,
+                 {copySchemaFunction, std::string("CREATE SCHEMA ") + projectTemplate,
+                  "CREATE SCHEMA " + catalogueTemplate(true), "CREATE SCHEMA " + catalogueTemplate(false)});
+    runScripts(inSchema(database, projectTemplate),
+               {"schema/project-postgresql.sql", "sample/pipe-materials.sql"});
     runScripts(inSchema(database, catalogueTemplate(true)),
                {"schema/catalogue-postgresql.sql", "sample/catalogue-data.sql"});
     runScripts(inSchema(database, catalogueTemplate(false)), {"schema/catalogue-postgresql.sql"});
@@ -79,8 +81,8 @@ void provideTemplates(const std::string& server) {
     Connection lock(onDatabase(server, "postgres"));
     lock.Open();
     lock.Execute(std::string("SELECT pg_advisory_lock(") + templateLockKey + ")");
-    const auto present =
-        lock.Execute(std::string("SELECT count(*) AS n FROM pg_database WHERE datname='") + testDatabase + "'");
+    const auto present = lock.Execute(std::string("SELECT count(*) AS n FROM pg_database WHERE datname='") +
+                                      testDatabase + "'");
     if (present->Fields("n").toLong() == 0) {
         const std::string building = std::string(testDatabase) + "_building";
         lock.Execute("DROP DATABASE IF EXISTS " + building);
@@ -101,11 +103,12 @@ std::string functionFor(const std::string& table) {
     return "injected_" + table;
 }
 
-std::vector<std::string> triggerOn(const std::string& table, const std::string& event, const std::string& body) {
-    return {"CREATE OR REPLACE FUNCTION " + functionFor(table) + "() RETURNS trigger LANGUAGE plpgsql AS '" + body +
-                "'",
-            "CREATE TRIGGER injected_failure BEFORE " + event + " ON " + table + " FOR EACH ROW EXECUTE FUNCTION " +
-                functionFor(table) + "()"};
+std::vector<std::string> triggerOn(const std::string& table, const std::string& event,
+                                   const std::string& body) {
+    return {"CREATE OR REPLACE FUNCTION " + functionFor(table) + "() RETURNS trigger LANGUAGE plpgsql AS '" +
+                body + "'",
+            "CREATE TRIGGER injected_failure BEFORE " + event + " ON " + table +
+                " FOR EACH ROW EXECUTE FUNCTION " + functionFor(table) + "()"};
 }
 
 }  // namespace
@@ -115,9 +118,10 @@ PostgresTestDatabases::PostgresTestDatabases(bool sampleCatalogue)
       projectSchema_("project_" + uniqueSuffix()),
       catalogueSchema_("sprinkler catalogue " + uniqueSuffix()) {
     provideTemplates(PostgresTestServer::sharedConnection());
-    executeAllOn(database_, {"SELECT copy_schema('" + std::string(projectTemplate) + "', '" + projectSchema_ + "')",
-                             "SELECT copy_schema('" + catalogueTemplate(sampleCatalogue) + "', '" +
-                                 catalogueSchema_ + "')"});
+    executeAllOn(
+        database_,
+        {"SELECT copy_schema('" + std::string(projectTemplate) + "', '" + projectSchema_ + "')",
+         "SELECT copy_schema('" + catalogueTemplate(sampleCatalogue) + "', '" + catalogueSchema_ + "')"});
 }
 
 PostgresTestDatabases::~PostgresTestDatabases() {
@@ -141,7 +145,8 @@ std::string PostgresTestDatabases::allRowsOf(const std::string& table) const {
     return "SELECT * FROM " + table + " ORDER BY ctid";
 }
 
-std::vector<std::string> PostgresTestDatabases::refuse(const std::string& table, const std::string& event) const {
+std::vector<std::string> PostgresTestDatabases::refuse(const std::string& table,
+                                                       const std::string& event) const {
     return triggerOn(table, event, "BEGIN RAISE EXCEPTION ''injected''; END");
 }
 
@@ -155,7 +160,8 @@ std::vector<std::string> PostgresTestDatabases::ignoreInserts(const std::string&
 
 std::string PostgresTestDatabases::setLastKey(const std::string& table, const std::string& column,
                                               long last) const {
-    return "SELECT setval(pg_get_serial_sequence('" + table + "', '" + column + "'), " + std::to_string(last) + ")";
+    return "SELECT setval(pg_get_serial_sequence('" + table + "', '" + column + "'), " +
+           std::to_string(last) + ")";
 }
 
 }  // namespace caudalis::testing

@@ -61,8 +61,9 @@ fs::path serverPrograms() {
         }
     }
     if (newest.empty()) {
-        fail("no initdb under /usr/lib/postgresql (install Debian's postgresql package, "
-             "scripts/deps/test-postgresql.txt)");
+        fail(
+            "no initdb under /usr/lib/postgresql (install Debian's postgresql package, "
+            "scripts/deps/test-postgresql.txt)");
     }
     return newest;
 }
@@ -87,7 +88,8 @@ int runProgram(const std::string& program, std::vector<std::string> arguments, c
     argv.push_back(nullptr);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, log.c_str(), O_WRONLY | O_CREAT | O_APPEND,
+                                     0644);
     posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     pid_t child = 0;
@@ -151,8 +153,9 @@ bool startOnPort(const fs::path& folder, int port) {
     const std::string options = "-p " + std::to_string(port) + " -k " + folder.string() +
                                 " -c listen_addresses=127.0.0.1 -c fsync=off -c synchronous_commit=off"
                                 " -c full_page_writes=off -c max_connections=50";
-    return runProgram("pg_ctl", {"-D", (folder / "data").string(), "-l", (folder / "server.log").string(), "-w",
-                                 "-t", "60", "-o", options, "start"},
+    return runProgram("pg_ctl",
+                      {"-D", (folder / "data").string(), "-l", (folder / "server.log").string(), "-w", "-t",
+                       "60", "-o", options, "start"},
                       folder / "pg_ctl.log") == 0;
 }
 
@@ -163,7 +166,8 @@ std::string connectionTo(int port) {
 /// The server this process started for itself, stopped when the process ends.
 class OwnServer {
 public:
-    OwnServer() : stateFile_(fs::temp_directory_path() / ("caudalis-postgresql-" + std::to_string(::getpid()))) {
+    OwnServer()
+        : stateFile_(fs::temp_directory_path() / ("caudalis-postgresql-" + std::to_string(::getpid()))) {
         PostgresTestServer::start(stateFile_);
     }
     ~OwnServer() {
@@ -186,8 +190,9 @@ private:
 
 void PostgresTestServer::start(const fs::path& stateFile) {
     const fs::path folder = serverFolder();
-    if (runProgram("initdb", {"-D", (folder / "data").string(), "-A", "trust", "-U", databaseUser, "-E", "UTF8",
-                              "--locale=C", "--no-sync"},
+    if (runProgram("initdb",
+                   {"-D", (folder / "data").string(), "-A", "trust", "-U", databaseUser, "-E", "UTF8",
+                    "--locale=C", "--no-sync"},
                    folder / "initdb.log") != 0) {
         fail("initdb failed", folder / "initdb.log");
     }
@@ -203,8 +208,9 @@ void PostgresTestServer::start(const fs::path& stateFile) {
 
 void PostgresTestServer::stop(const fs::path& stateFile) {
     const ServerState state = readState(stateFile);
-    const int status = runProgram("pg_ctl", {"-D", (state.folder / "data").string(), "-m", "immediate", "stop"},
-                                  state.folder / "pg_ctl.log");
+    const int status =
+        runProgram("pg_ctl", {"-D", (state.folder / "data").string(), "-m", "immediate", "stop"},
+                   state.folder / "pg_ctl.log");
     std::error_code ignored;
     fs::remove_all(state.folder, ignored);
     fs::remove(stateFile, ignored);

@@ -8,8 +8,8 @@ namespace caudalis::testing {
 namespace {
 
 std::string triggerOn(const std::string& table, const std::string& event, const std::string& action) {
-    return "CREATE TRIGGER injected_failure BEFORE " + event + " ON " + table + " BEGIN SELECT RAISE(" + action +
-           "); END";
+    return "CREATE TRIGGER injected_failure BEFORE " + event + " ON " + table + " BEGIN SELECT RAISE(" +
+           action + "); END";
 }
 
 /// Databases made once from the shipped scripts; every test gets copies of them.
@@ -65,7 +65,8 @@ std::vector<std::string> SqliteTestDatabases::keyCounterQueries() const {
     return {"SELECT * FROM sqlite_sequence ORDER BY name"};
 }
 
-std::vector<std::string> SqliteTestDatabases::refuse(const std::string& table, const std::string& event) const {
+std::vector<std::string> SqliteTestDatabases::refuse(const std::string& table,
+                                                     const std::string& event) const {
     return {triggerOn(table, event, "ABORT, 'injected'")};
 }
 

@@ -157,6 +157,9 @@ std::unique_ptr<DatabaseCursor> PostgresBackend::execute(const JetStatement& sta
     const PostgresDialect dialect(lastKey_,
                                   [this](const std::string& reference) { return schemaFor(reference); });
     const std::string sql = dialect.rewrite(statement);
+    if (sql.find('\0') != std::string::npos) {
+        raiseEngineError("a statement cannot hold a NUL character");
+    }
     const auto key = generatedKeyOf(sql);
     if (!key) {
         return std::make_unique<PostgresCursor>(query(connection_.get(), sql));

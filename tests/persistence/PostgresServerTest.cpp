@@ -91,4 +91,15 @@ TEST_F(PostgresServer, ACatalogueSchemaNamedOnItsOwnIsJoined) {
     }
 }
 
+TEST_F(PostgresServer, AStatementWithANulCharacterIsRefusedNotCutShort) {
+    auto chart = fullChart("Kept");
+    saveAsNew(*chart);
+    const TableDump before = databases.dumpProject();
+    Connection con(databases.projectConnection());
+    con.Open();
+    const std::string sql("DELETE FROM tb_cartas WHERE id_carta=1\0 AND nome='nobody'", 57);
+    EXPECT_RAISES(con.Execute(sql), RuntimeError::DatabaseEngine);
+    EXPECT_EQ(databases.dumpProject(), before);
+}
+
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 
 namespace caudalis::testing {
@@ -11,6 +12,11 @@ enum class TestEngine { Sqlite, Postgresql };
 
 /// "SQLite" or "PostgreSQL", as test names show it.
 std::string engineName(TestEngine engine);
+
+/// How GoogleTest prints an engine.
+inline void PrintTo(TestEngine engine, std::ostream* out) {
+    *out << engineName(engine);
+}
 
 /// Every engine, for value-parameterised tests.
 inline auto allEngines() {

@@ -174,6 +174,10 @@ void PostgresBackend::beginTransaction() {
 }
 
 void PostgresBackend::commitTransaction() {
+    if (PQtransactionStatus(connection_.get()) == PQTRANS_INERROR) {
+        run("ROLLBACK");
+        raiseEngineError("the transaction was rolled back, not committed: a statement in it had failed");
+    }
     run("COMMIT");
 }
 

@@ -1,7 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+
 #include "ChartFixture.hpp"
 #include "ErrorMatchers.hpp"
+#include "PostgresTestServer.hpp"
+#include "TemporaryFolder.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/db/Connection.hpp"
 #include "caudalis/db/PostgresConnectionString.hpp"
@@ -100,6 +106,33 @@ TEST_F(PostgresServer, AStatementWithANulCharacterIsRefusedNotCutShort) {
     const std::string sql("DELETE FROM tb_cartas WHERE id_carta=1\0 AND nome='nobody'", 57);
     EXPECT_RAISES(con.Execute(sql), RuntimeError::DatabaseEngine);
     EXPECT_EQ(databases.dumpProject(), before);
+}
+
+TEST_F(PostgresServer, AFailedStatementLeavesTheTransactionGoodOnlyForARollback) {
+    Connection con(databases.projectConnection());
+    con.Open();
+    con.BeginTrans();
+    con.Execute("INSERT INTO pipe_materials (name, rugosidade) VALUES ('Copper', 140)");
+    EXPECT_RAISES(con.Execute("SELECT no_such_column FROM pipe_materials"), RuntimeError::DatabaseEngine);
+    EXPECT_RAISES(con.Execute("SELECT 1"), RuntimeError::DatabaseEngine);
+    EXPECT_RAISES(con.CommitTrans(), RuntimeError::DatabaseEngine);
+    EXPECT_EQ(databases.projectNumber("SELECT count(*) FROM pipe_materials WHERE name='Copper'"), 0);
+    EXPECT_EQ(con.Execute("SELECT 1 AS one")->Fields("one").toLong(), 1);
+}
+
+TEST(PostgresTestServer, AServerThatCannotStartSaysWhy) {
+    const TemporaryFolder folder;
+    ::setenv("CAUDALIS_POSTGRESQL_BIN", folder.path().c_str(), 1);
+    std::string message;
+    try {
+        PostgresTestServer::start(folder.path() / "state");
+    } catch (const std::runtime_error& error) {
+        message = error.what();
+    }
+    ::unsetenv("CAUDALIS_POSTGRESQL_BIN");
+    EXPECT_NE(message.find("the PostgreSQL test server: "), std::string::npos) << message;
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "state"));
+    EXPECT_THROW(PostgresTestServer::connection(folder.path() / "state"), std::runtime_error);
 }
 
 }  // namespace

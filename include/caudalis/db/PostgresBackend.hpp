@@ -26,7 +26,7 @@ namespace caudalis {
 /// transaction ends), so that saving transactions of several connections run one after the
 /// other, as they do on the embedded engine: a check made inside one sees every transaction
 /// that ended before it. A statement that fails inside a transaction leaves it able only to
-/// roll back.
+/// roll back: later statements fail, and `CommitTrans` rolls back and raises.
 ///
 /// `[reference].Table` names a table of another schema of the connected database: `reference`
 /// is a connection string of that database (its `schema` key names the schema, `public`

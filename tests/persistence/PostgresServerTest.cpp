@@ -132,6 +132,7 @@ TEST(PostgresTestServer, AServerThatCannotStartSaysWhy) {
     ::unsetenv("CAUDALIS_POSTGRESQL_BIN");
     EXPECT_NE(message.find("the PostgreSQL test server: "), std::string::npos) << message;
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "state"));
+    EXPECT_NE(message.find("initdb failed"), std::string::npos) << message;
     EXPECT_THROW(PostgresTestServer::connection(folder.path() / "state"), std::runtime_error);
 }
 

@@ -44,6 +44,20 @@ std::string fileText(const fs::path& file) {
     throw std::runtime_error(message);
 }
 
+/// Like `fail`, after removing the folder of a server that did not start.
+[[noreturn]] void failAndRemove(const fs::path& folder, const std::string& what, const fs::path& log) {
+    const std::string message = [&] {
+        try {
+            fail(what, log);
+        } catch (const std::runtime_error& error) {
+            return std::string(error.what());
+        }
+    }();
+    std::error_code ignored;
+    fs::remove_all(folder, ignored);
+    throw std::runtime_error(message);
+}
+
 /// The folder of initdb and pg_ctl: $CAUDALIS_POSTGRESQL_BIN, or the newest of Debian's
 /// /usr/lib/postgresql/<version>/bin.
 fs::path serverPrograms() {
@@ -96,7 +110,9 @@ int runProgram(const std::string& program, std::vector<std::string> arguments, c
     const int spawned = posix_spawn(&child, argv[0], &actions, nullptr, argv.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (spawned != 0) {
-        fail("cannot run " + command.front() + ": " + std::strerror(spawned));
+        std::ofstream(log, std::ios::app)
+            << "cannot run " << command.front() << ": " << std::strerror(spawned) << '\n';
+        return -1;
     }
     int status = 0;
     ::waitpid(child, &status, 0);
@@ -194,7 +210,7 @@ void PostgresTestServer::start(const fs::path& stateFile) {
                    {"-D", (folder / "data").string(), "-A", "trust", "-U", databaseUser, "-E", "UTF8",
                     "--locale=C", "--no-sync"},
                    folder / "initdb.log") != 0) {
-        fail("initdb failed", folder / "initdb.log");
+        failAndRemove(folder, "initdb failed", folder / "initdb.log");
     }
     for (int attempt = 1; attempt <= startAttempts; ++attempt) {
         const int port = freeLoopbackPort();
@@ -203,7 +219,7 @@ void PostgresTestServer::start(const fs::path& stateFile) {
             return;
         }
     }
-    fail("pg_ctl could not start the server in " + folder.string(), folder / "server.log");
+    failAndRemove(folder, "pg_ctl could not start the server in " + folder.string(), folder / "server.log");
 }
 
 void PostgresTestServer::stop(const fs::path& stateFile) {

@@ -13,6 +13,7 @@
 #include "caudalis/catalogue/AspersoresStatic.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/core/Statics.hpp"
+#include "caudalis/db/Connection.hpp"
 
 namespace caudalis::cli {
 
@@ -47,6 +48,35 @@ private:
     std::vector<marca> brands_;
     std::vector<modelo> models_;
 };
+
+/// The catalogue's tables with their generated keys, in the order their rows may be deleted.
+const std::vector<std::pair<std::string, std::string>>& keyedTables() {
+    static const std::vector<std::pair<std::string, std::string>> tables{
+        {"Boquillas", "ID_Boquillas"}, {"Modelos", "id_modelo"}, {"marca", "id_marca"}};
+    return tables;
+}
+
+/// The highest key of each catalogue table, in the order of `keyedTables`.
+std::vector<long> highestKeys(const DatabaseFile& catalogue) {
+    std::vector<long> keys;
+    for (const auto& [table, key] : keyedTables()) {
+        keys.push_back(
+            catalogue.wholeNumbers("SELECT coalesce(max(" + key + "), 0) AS k FROM " + table, "k").front());
+    }
+    return keys;
+}
+
+/// Deletes the rows whose keys are above the given highest keys.
+void deleteRowsAbove(const DatabaseFile& catalogue, const std::vector<long>& keys) {
+    Connection connection(catalogue.connectionString());
+    connection.Open();
+    connection.BeginTrans();
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        const auto& [table, key] = keyedTables()[i];
+        connection.Execute("DELETE FROM " + table + " WHERE " + key + " > " + std::to_string(keys[i]));
+    }
+    connection.CommitTrans();
+}
 
 std::shared_ptr<Aspersor> nozzleOf(const CatalogueRow& row, const modelo& model) {
     return Statics::application()->Aspersores()->newAspersor(row.nozzle, row.a, row.b, row.pmin, row.pmax,
@@ -86,7 +116,23 @@ ImportSummary CatalogueImport::importInto(const std::string& copyPath,
 }
 
 ImportSummary CatalogueImport::run(const std::vector<CatalogueRow>& rows) const {
-    DatabaseFile(cataloguePath_, DatabaseKind::Catalogue).requireUsable();
+    const DatabaseFile catalogue(cataloguePath_, DatabaseKind::Catalogue);
+    catalogue.requireUsable();
+    return catalogue.onServer() ? importOnServer(rows) : importIntoFileCopy(rows);
+}
+
+ImportSummary CatalogueImport::importOnServer(const std::vector<CatalogueRow>& rows) const {
+    const DatabaseFile catalogue(cataloguePath_, DatabaseKind::Catalogue);
+    const auto before = highestKeys(catalogue);
+    try {
+        return importInto(cataloguePath_, rows);
+    } catch (...) {
+        deleteRowsAbove(catalogue, before);
+        throw;
+    }
+}
+
+ImportSummary CatalogueImport::importIntoFileCopy(const std::vector<CatalogueRow>& rows) const {
     const auto copyPath = cataloguePath_ + ".import-" + std::to_string(::getpid());
     const auto discardCopy = [&copyPath] {
         std::error_code ignored;

@@ -18,8 +18,11 @@ struct ImportSummary {
 
 /// Imports checked CSV rows into a catalogue database, all or nothing. The library's `save`
 /// commits each nozzle on a connection of its own, so the rows go into a copy of the database
-/// file, which replaces the original only when every row is in. Brands and models that the
-/// catalogue (or an earlier row) already has are reused by their keys, never inserted again.
+/// file, which replaces the original only when every row is in. On a PostgreSQL server the
+/// rows go into the catalogue itself, and a failure deletes the brands, models and nozzles
+/// that the import added (those with keys above the highest ones before it). Brands and models
+/// that the catalogue (or an earlier row) already has are reused by their keys, never inserted
+/// again.
 class CatalogueImport {
 public:
     CatalogueImport(std::string cataloguePath, std::ostream& progress, bool showProgress);
@@ -29,6 +32,8 @@ public:
 private:
     /// Saves every row into the database at `copyPath`.
     ImportSummary importInto(const std::string& copyPath, const std::vector<CatalogueRow>& rows) const;
+    ImportSummary importIntoFileCopy(const std::vector<CatalogueRow>& rows) const;
+    ImportSummary importOnServer(const std::vector<CatalogueRow>& rows) const;
 
     std::string cataloguePath_;
     std::ostream& progress_;

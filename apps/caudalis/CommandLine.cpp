@@ -22,12 +22,17 @@ namespace {
 constexpr long maxSystem = std::numeric_limits<std::int32_t>::max();
 constexpr long maxChartId = std::numeric_limits<std::int16_t>::max();
 
+/// Where a database option's help says what it takes.
+std::string databaseHelp(const char* purpose) {
+    return std::string(purpose) + ": a file, or a PostgreSQL connection string";
+}
+
 void addProjectOption(CLI::App& command, std::string& path, const char* purpose) {
-    command.add_option("--project", path, purpose)->capture_default_str();
+    command.add_option("--project", path, databaseHelp(purpose))->capture_default_str();
 }
 
 void addCatalogueOption(CLI::App& command, std::string& path, const char* purpose) {
-    command.add_option("--catalogue", path, purpose)->capture_default_str();
+    command.add_option("--catalogue", path, databaseHelp(purpose))->capture_default_str();
 }
 
 /// A gauge opening in metres: above 0 and at most 1 m (a value in millimetres is refused).
@@ -73,6 +78,12 @@ void CommandLine::defineInit(CLI::App& app) {
         "init", "create project.db and catalogue.db (sample catalogue) in a folder, unless they exist");
     init->add_option("folder", o.folder, "folder of the databases (created when missing)")
         ->capture_default_str();
+    init->add_option("--project", o.initProject,
+                     "project database to create instead of FOLDER/project.db: a file, or a PostgreSQL "
+                     "connection string (postgresql://... or key=value pairs; schema=NAME for a schema)");
+    init->add_option("--catalogue", o.initCatalogue,
+                     "catalogue database to create instead of FOLDER/catalogue.db: a file or a PostgreSQL "
+                     "connection string");
     init->add_option("--data-dir", o.dataFolder,
                      "folder of the schema and sample SQL files (default: $CAUDALIS_DATA_DIR, the installed "
                      "share/caudalis, the source tree's data)");

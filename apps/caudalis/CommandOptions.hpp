@@ -16,6 +16,8 @@ struct CommandLine::Options {
     // init
     std::string folder = ".";
     std::optional<std::string> dataFolder;
+    std::optional<std::string> initProject;
+    std::optional<std::string> initCatalogue;
     // design
     std::string designPath;
     std::string csvPath;

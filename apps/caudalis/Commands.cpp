@@ -87,7 +87,7 @@ std::string defaultEvaluationName(const std::vector<std::string>& paths) {
 
 void CommandLine::runInit() {
     const auto& o = *options_;
-    ProjectSetup(o.folder, DataFolder::locate(o.dataFolder)).run(out_);
+    ProjectSetup({o.folder, o.initProject, o.initCatalogue}, DataFolder::locate(o.dataFolder)).run(out_);
 }
 
 void CommandLine::runDesign() {

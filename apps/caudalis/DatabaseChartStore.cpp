@@ -1,7 +1,5 @@
 #include "DatabaseChartStore.hpp"
 
-#include <filesystem>
-
 #include "CatalogueDatabase.hpp"
 #include "CliErrors.hpp"
 #include "StorableText.hpp"
@@ -104,8 +102,10 @@ Long DatabaseChartStore::systemOf(Long id) {
 LoadedChart DatabaseChartStore::find(Long id) {
     const Long system = systemOf(id);
     catalogue_.requireUsable();
-    const auto catalogue = std::filesystem::absolute(catalogue_.path()).string();
-    requireStorableText(catalogue, "catalogue path");
+    const auto catalogue = catalogue_.joinName();
+    if (!catalogue_.onServer()) {
+        requireStorableText(catalogue, "catalogue path");
+    }
     auto chart = onProject("read the chart", [&](const std::string& connection) {
         return charts()->find(connection, catalogue, static_cast<Integer>(id));
     });

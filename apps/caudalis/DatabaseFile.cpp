@@ -7,6 +7,7 @@
 #include "CliErrors.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/db/Connection.hpp"
+#include "caudalis/db/PostgresConnectionString.hpp"
 
 namespace caudalis::cli {
 
@@ -26,8 +27,16 @@ std::string DatabaseFile::kindName() const {
     return kind_ == DatabaseKind::Project ? "project" : "catalogue";
 }
 
+bool DatabaseFile::onServer() const {
+    return PostgresConnectionString::parse(path_).has_value();
+}
+
 std::string DatabaseFile::connectionString() const {
-    return connectionStringFor(path_);
+    return onServer() ? path_ : connectionStringFor(path_);
+}
+
+std::string DatabaseFile::joinName() const {
+    return onServer() ? path_ : std::filesystem::absolute(path_).string();
 }
 
 std::string DatabaseFile::connectionStringFor(const std::string& path) {
@@ -51,12 +60,18 @@ std::vector<std::string> DatabaseFile::tableNames() const {
     try {
         Connection connection(connectionString());
         connection.Open();
-        const auto rows = connection.Execute("SELECT name FROM sqlite_master WHERE type='table'");
+        const auto rows = connection.Execute(
+            onServer()
+                ? "SELECT tablename AS name FROM pg_catalog.pg_tables WHERE schemaname = current_schema()"
+                : "SELECT name FROM sqlite_master WHERE type='table'");
         for (; !rows->EOF_(); rows->MoveNext()) {
             names.push_back(lowerCase(rows->Fields("name").toString()));
         }
         connection.Close();
     } catch (const Error& error) {
+        if (onServer()) {
+            throw InputError("cannot open " + kindName() + " database " + path_ + ": " + error.description());
+        }
         notOurs(error.description());
     }
     return names;
@@ -74,7 +89,15 @@ std::vector<long> DatabaseFile::wholeNumbers(const std::string& sql, const std::
     return numbers;
 }
 
-void DatabaseFile::requireUsable() const {
+bool DatabaseFile::holdsNoTables() const {
+    const auto names = tableNames();
+    const auto& required = requiredTables(kind_);
+    return std::none_of(required.begin(), required.end(), [&names](const std::string& table) {
+        return std::find(names.begin(), names.end(), table) != names.end();
+    });
+}
+
+void DatabaseFile::requireFile() const {
     std::error_code error;
     const auto status = std::filesystem::status(path_, error);
     if (!std::filesystem::exists(status)) {
@@ -84,10 +107,16 @@ void DatabaseFile::requireUsable() const {
     if (!std::filesystem::is_regular_file(status)) {
         throw InputError("cannot open " + kindName() + " database " + path_ + ": not a file");
     }
+}
+
+void DatabaseFile::requireUsable() const {
+    if (!onServer()) {
+        requireFile();
+    }
     const auto names = tableNames();
     for (const auto& table : requiredTables(kind_)) {
         if (std::find(names.begin(), names.end(), table) == names.end()) {
-            notOurs("it has no table " + table);
+            notOurs("it has no table " + table + (onServer() ? "; caudalis init creates them" : ""));
         }
     }
 }

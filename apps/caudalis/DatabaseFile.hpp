@@ -12,13 +12,24 @@ namespace caudalis::cli {
 /// The two kinds of database the program works with.
 enum class DatabaseKind { Project, Catalogue };
 
-/// A SQLite database file of the program: the project database (charts, evaluations) or the
-/// catalogue database (brands, models, nozzles). Before a command reads or writes one it calls
+/// A database of the program: the project database (charts, evaluations) or the catalogue
+/// database (brands, models, nozzles), either a SQLite file named by its path or a schema of a
+/// PostgreSQL server named by a libpq connection string (`postgresql://...` or key=value
+/// pairs, `schema` naming the schema). Before a command reads or writes one it calls
 /// `requireUsable`, which makes sure the file exists and holds the tables of its kind, so that
 /// a wrong file is never written to (SQLite would create a missing file on opening).
 class DatabaseFile {
 public:
     DatabaseFile(std::string path, DatabaseKind kind);
+
+    /// Whether the database is on a PostgreSQL server rather than in a file.
+    bool onServer() const;
+    /// How the chart join names this database as the catalogue: the file's absolute path, or
+    /// the server's connection string.
+    std::string joinName() const;
+    /// Whether the database holds none of the tables of its kind (a server schema that `init`
+    /// may fill); raises `InputError` when the server cannot be reached.
+    bool holdsNoTables() const;
 
     const std::string& path() const noexcept { return path_; }
     DatabaseKind kind() const noexcept { return kind_; }
@@ -41,8 +52,9 @@ public:
     static std::string connectionStringFor(const std::string& path);
 
 private:
-    /// The names of the file's tables, in lower case.
+    /// The names of the database's tables, in lower case.
     std::vector<std::string> tableNames() const;
+    void requireFile() const;
     [[noreturn]] void notOurs(const std::string& reason) const;
 
     std::string path_;

@@ -5,9 +5,13 @@
 #include <fmt/format.h>
 #include <fmt/ostream.h>
 
+#include <cctype>
+
 #include "CliErrors.hpp"
+#include "TextFile.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/db/Connection.hpp"
+#include "caudalis/db/PostgresConnectionString.hpp"
 #include "caudalis/db/SqlScript.hpp"
 
 namespace caudalis::cli {
@@ -19,6 +23,23 @@ std::vector<const char*> scriptsOf(DatabaseKind kind) {
         return {"schema/project.sql", "sample/pipe-materials.sql"};
     }
     return {"schema/catalogue.sql", "sample/catalogue-data.sql"};
+}
+
+std::vector<const char*> serverScriptsOf(DatabaseKind kind) {
+    if (kind == DatabaseKind::Project) {
+        return {"schema/project-postgresql.sql", "sample/pipe-materials.sql"};
+    }
+    return {"schema/catalogue-postgresql.sql", "sample/catalogue-data.sql"};
+}
+
+/// Whether a statement of a script begins or ends a transaction of its own.
+bool controlsTransaction(const std::string& statement) {
+    const auto word = statement.substr(0, statement.find_first_of(" \t\r\n"));
+    std::string upper;
+    for (const char c : word) {
+        upper += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    }
+    return upper == "BEGIN" || upper == "COMMIT" || upper == "END" || upper == "ROLLBACK";
 }
 
 /// What a database holds, for the report: its nozzles or its charts.
@@ -33,8 +54,8 @@ std::string contentOf(const DatabaseFile& database) {
 
 }  // namespace
 
-ProjectSetup::ProjectSetup(std::filesystem::path folder, std::filesystem::path dataFolder)
-    : folder_(std::move(folder)), dataFolder_(std::move(dataFolder)) {}
+ProjectSetup::ProjectSetup(Targets targets, std::filesystem::path dataFolder)
+    : targets_(std::move(targets)), dataFolder_(std::move(dataFolder)) {}
 
 void ProjectSetup::create(DatabaseKind kind, const std::filesystem::path& file) const {
     auto building = file;
@@ -58,29 +79,63 @@ void ProjectSetup::create(DatabaseKind kind, const std::filesystem::path& file) 
     }
 }
 
-void ProjectSetup::provide(DatabaseKind kind, const std::filesystem::path& file, std::ostream& out) const {
-    const DatabaseFile database(file.string(), kind);
+void ProjectSetup::createOnServer(const DatabaseFile& database) const {
+    try {
+        Connection connection(database.connectionString());
+        connection.Open();
+        connection.BeginTrans();
+        if (const auto schema = PostgresConnectionString::parse(database.path())->schema()) {
+            connection.Execute("CREATE SCHEMA IF NOT EXISTS \"" + *schema + "\"");
+        }
+        for (const char* script : serverScriptsOf(database.kind())) {
+            for (const auto& statement :
+                 splitStatements(readTextFile((dataFolder_ / script).string(), "SQL script"))) {
+                if (!controlsTransaction(statement)) {
+                    connection.Execute(statement);
+                }
+            }
+        }
+        connection.CommitTrans();
+        connection.Close();
+    } catch (const Error& error) {
+        throw InputError("cannot create the tables of " + database.path() + ": " + error.description());
+    }
+}
+
+void ProjectSetup::provide(const DatabaseFile& database, std::ostream& out) const {
     std::error_code ignored;
-    const bool existed = std::filesystem::exists(file, ignored);
+    const bool existed =
+        database.onServer() ? !database.holdsNoTables() : std::filesystem::exists(database.path(), ignored);
     if (existed) {
         database.requireUsable();
+    } else if (database.onServer()) {
+        createOnServer(database);
     } else {
-        create(kind, file);
+        create(database.kind(), database.path());
     }
-    fmt::print(out, "{} database: {} ({}, {})\n", database.kindName(), file.string(),
+    fmt::print(out, "{} database: {} ({}, {})\n", database.kindName(), database.path(),
                existed ? "already there, left as it was" : "created", contentOf(database));
 }
 
-void ProjectSetup::run(std::ostream& out) const {
+std::string ProjectSetup::targetOf(DatabaseKind kind) const {
+    const auto& given = kind == DatabaseKind::Project ? targets_.project : targets_.catalogue;
+    if (given) {
+        return *given;
+    }
+    const auto& folder = targets_.folder;
     std::error_code error;
-    std::filesystem::create_directories(folder_, error);
-    if (error || !std::filesystem::is_directory(folder_, error)) {
-        throw InputError("cannot create folder " + folder_.string() + ": " +
+    std::filesystem::create_directories(folder, error);
+    if (error || !std::filesystem::is_directory(folder, error)) {
+        throw InputError("cannot create folder " + folder.string() + ": " +
                          (error ? error.message() : std::string("a file of that name is in the way")));
     }
-    const auto folder = std::filesystem::absolute(folder_).lexically_normal();
-    provide(DatabaseKind::Project, folder / projectFileName, out);
-    provide(DatabaseKind::Catalogue, folder / catalogueFileName, out);
+    const auto absolute = std::filesystem::absolute(folder).lexically_normal();
+    return (absolute / (kind == DatabaseKind::Project ? projectFileName : catalogueFileName)).string();
+}
+
+void ProjectSetup::run(std::ostream& out) const {
+    provide(DatabaseFile(targetOf(DatabaseKind::Project), DatabaseKind::Project), out);
+    provide(DatabaseFile(targetOf(DatabaseKind::Catalogue), DatabaseKind::Catalogue), out);
 }
 
 }  // namespace caudalis::cli

@@ -42,6 +42,7 @@ std::string unquote(std::string value) {
 
 ConnectionSettings ConnectionSettings::parse(std::string_view text) {
     ConnectionSettings settings;
+    settings.text_ = std::string(text);
     const std::string whole = trimBlanks(text);
     if (whole.find('=') == std::string::npos) {
         settings.add(dataSourceKey, whole);

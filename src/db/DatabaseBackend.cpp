@@ -2,6 +2,8 @@
 
 #include "caudalis/db/ConnectionSettings.hpp"
 #include "caudalis/db/DatabaseErrors.hpp"
+#include "caudalis/db/PostgresBackend.hpp"
+#include "caudalis/db/PostgresConnectionString.hpp"
 #include "caudalis/db/SqliteBackend.hpp"
 
 namespace caudalis {
@@ -18,6 +20,9 @@ std::string requireDataSource(const ConnectionSettings& settings) {
 }  // namespace
 
 std::unique_ptr<DatabaseBackend> DatabaseBackend::open(const ConnectionSettings& settings) {
+    if (const auto server = PostgresConnectionString::parse(settings.text())) {
+        return std::make_unique<PostgresBackend>(*server);
+    }
     const std::string provider = settings.provider();
     if (provider == "sqlite" || provider == "sqlite3") {
         return std::make_unique<SqliteBackend>(requireDataSource(settings));

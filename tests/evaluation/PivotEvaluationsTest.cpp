@@ -8,8 +8,7 @@
 
 #include "ErrorMatchers.hpp"
 #include "LocaleGuard.hpp"
-#include "ShippedDatabases.hpp"
-#include "TemporaryFolder.hpp"
+#include "PersistenceDatabases.hpp"
 #include "caudalis/core/Arrays.hpp"
 #include "caudalis/core/Doubles.hpp"
 #include "caudalis/db/Connection.hpp"
@@ -30,12 +29,9 @@ struct StoredRow {
     Variant second_samples;
 };
 
-class PivotEvaluationsTest : public ::testing::Test {
+class PivotEvaluationsTest : public ::testing::TestWithParam<caudalis::testing::TestEngine> {
 protected:
-    PivotEvaluationsTest() {
-        caudalis::testing::createProjectDatabase(folder.file("project.db"));
-        con.Open("Provider=SQLite;Data Source=" + folder.file("project.db"));
-    }
+    PivotEvaluationsTest() : databases(GetParam()) { con.Open(databases.projectConnection()); }
 
     const PivotEvaluations& evaluations() const { return *PivotEvaluations::shared(); }
 
@@ -97,22 +93,18 @@ protected:
         }
     }
 
-    /// Installs a trigger that aborts every `event` (INSERT or UPDATE) on the table. The body's
-    /// ";" is written between two comments holding an apostrophe each: the connection's
-    /// one-statement check reads the stretch between the apostrophes as a text literal, while
-    /// SQLite reads two comments and the ";" that its trigger syntax requires.
-    void refuseEvery(const std::string& event) {
-        con.Execute("CREATE TRIGGER refuse_" + event + " BEFORE " + event +
-                    " ON pivot_evaluations BEGIN SELECT RAISE(ABORT, 'injected'); END");
+    /// Makes every `event` (INSERT or UPDATE) on the table fail.
+    void refuseEvery(const std::string& event) const {
+        databases.refuseOnProject("pivot_evaluations", event);
     }
 
-    caudalis::testing::TemporaryFolder folder;
+    caudalis::testing::PersistenceDatabases databases;
     Connection con;
 };
 
 }  // namespace
 
-TEST_F(PivotEvaluationsTest, NewEvaluationHasAZeroGaugeAndNoReadings) {
+TEST_P(PivotEvaluationsTest, NewEvaluationHasAZeroGaugeAndNoReadings) {
     const PivotEvaluation evaluation = evaluations().newEvaluation("North field");
     EXPECT_EQ(evaluation.id, 0);
     EXPECT_EQ(evaluation.name, "North field");
@@ -123,13 +115,13 @@ TEST_F(PivotEvaluationsTest, NewEvaluationHasAZeroGaugeAndNoReadings) {
     EXPECT_EQ(Arrays::shared()->Length(evaluation.secondSample), 0);
 }
 
-TEST_F(PivotEvaluationsTest, EnumerateOfAnEmptyTableIsEmpty) {
+TEST_P(PivotEvaluationsTest, EnumerateOfAnEmptyTableIsEmpty) {
     const BoundedArray<String> names = evaluations().Enumerate(con);
     EXPECT_EQ(Arrays::shared()->Length(names), 0);
     EXPECT_FALSE(names.isAllocated());
 }
 
-TEST_F(PivotEvaluationsTest, EnumerateListsTheNamesOfAllEvaluations) {
+TEST_P(PivotEvaluationsTest, EnumerateListsTheNamesOfAllEvaluations) {
     savedEvaluation("beta");
     savedEvaluation("alpha");
     savedEvaluation("gamma");
@@ -138,7 +130,7 @@ TEST_F(PivotEvaluationsTest, EnumerateListsTheNamesOfAllEvaluations) {
     EXPECT_EQ(sortedNames(names), (std::vector<std::string>{"alpha", "beta", "gamma"}));
 }
 
-TEST_F(PivotEvaluationsTest, SaveOfANewEvaluationInsertsAndWritesTheIdBack) {
+TEST_P(PivotEvaluationsTest, SaveOfANewEvaluationInsertsAndWritesTheIdBack) {
     PivotEvaluation evaluation = fullEvaluation("first");
     evaluations().save(con, evaluation);
     EXPECT_GT(evaluation.id, 0);
@@ -149,7 +141,7 @@ TEST_F(PivotEvaluationsTest, SaveOfANewEvaluationInsertsAndWritesTheIdBack) {
     EXPECT_GT(second.id, evaluation.id);
 }
 
-TEST_F(PivotEvaluationsTest, ASecondSaveOfTheSameRecordUpdatesItsRow) {
+TEST_P(PivotEvaluationsTest, ASecondSaveOfTheSameRecordUpdatesItsRow) {
     PivotEvaluation evaluation = fullEvaluation("before");
     evaluations().save(con, evaluation);
     const Long id = evaluation.id;
@@ -169,7 +161,7 @@ TEST_F(PivotEvaluationsTest, ASecondSaveOfTheSameRecordUpdatesItsRow) {
     EXPECT_TRUE(row.second_samples.isNull());
 }
 
-TEST_F(PivotEvaluationsTest, ANegativeIdCountsAsNew) {
+TEST_P(PivotEvaluationsTest, ANegativeIdCountsAsNew) {
     PivotEvaluation evaluation = fullEvaluation("negative");
     evaluation.id = -5;
     evaluations().save(con, evaluation);
@@ -177,7 +169,7 @@ TEST_F(PivotEvaluationsTest, ANegativeIdCountsAsNew) {
     EXPECT_EQ(tableContents().size(), 1u);
 }
 
-TEST_F(PivotEvaluationsTest, ReadingsAreStoredOneLinePerReading) {
+TEST_P(PivotEvaluationsTest, ReadingsAreStoredOneLinePerReading) {
     PivotEvaluation evaluation = evaluations().newEvaluation("lines");
     evaluation.firstSample = readingList({{125.5, 37}, {0, 40}});
     evaluations().save(con, evaluation);
@@ -187,7 +179,7 @@ TEST_F(PivotEvaluationsTest, ReadingsAreStoredOneLinePerReading) {
     expectSameReadings(loaded.firstSample, evaluation.firstSample);
 }
 
-TEST_F(PivotEvaluationsTest, ReadingsAreStoredWithAPointWhateverTheLocale) {
+TEST_P(PivotEvaluationsTest, ReadingsAreStoredWithAPointWhateverTheLocale) {
     caudalis::testing::DecimalSeparatorGuard comma(',');
     PivotEvaluation evaluation = evaluations().newEvaluation("comma");
     evaluation.pluviometer.diameter = 0.25;
@@ -199,7 +191,7 @@ TEST_F(PivotEvaluationsTest, ReadingsAreStoredWithAPointWhateverTheLocale) {
     EXPECT_EQ(row.pluviometer_diameter.toDouble(), 0.25);
 }
 
-TEST_F(PivotEvaluationsTest, AnEmptySecondPassIsStoredAsNullAndLoadsEmpty) {
+TEST_P(PivotEvaluationsTest, AnEmptySecondPassIsStoredAsNullAndLoadsEmpty) {
     PivotEvaluation evaluation = fullEvaluation("one pass");
     evaluation.secondSample = BoundedArray<FieldSample>{};
     evaluations().save(con, evaluation);
@@ -210,7 +202,7 @@ TEST_F(PivotEvaluationsTest, AnEmptySecondPassIsStoredAsNullAndLoadsEmpty) {
     EXPECT_EQ(Arrays::shared()->Length(loaded.firstSample), 2);
 }
 
-TEST_F(PivotEvaluationsTest, AGaugeDiameterOfZeroIsStoredAsNullAndLoadsWithoutArea) {
+TEST_P(PivotEvaluationsTest, AGaugeDiameterOfZeroIsStoredAsNullAndLoadsWithoutArea) {
     PivotEvaluation evaluation = evaluations().newEvaluation("no gauge");
     evaluations().save(con, evaluation);
 
@@ -222,7 +214,7 @@ TEST_F(PivotEvaluationsTest, AGaugeDiameterOfZeroIsStoredAsNullAndLoadsWithoutAr
     EXPECT_TRUE(Doubles::shared()->isNaN(loaded.pluviometer.p_area));
 }
 
-TEST_F(PivotEvaluationsTest, AnEvaluationWithBothPassesComesBackAsItWasSaved) {
+TEST_P(PivotEvaluationsTest, AnEvaluationWithBothPassesComesBackAsItWasSaved) {
     PivotEvaluation original = savedEvaluation("round trip");
     savedEvaluation("other");
 
@@ -235,7 +227,7 @@ TEST_F(PivotEvaluationsTest, AnEvaluationWithBothPassesComesBackAsItWasSaved) {
     expectSameReadings(loaded.secondSample, original.secondSample);
 }
 
-TEST_F(PivotEvaluationsTest, EveryStoredLineBecomesAReadingEvenWhenEmpty) {
+TEST_P(PivotEvaluationsTest, EveryStoredLineBecomesAReadingEvenWhenEmpty) {
     con.Execute(
         "INSERT INTO pivot_evaluations (name, first_samples, second_samples) VALUES ('raw', '1 2\r\n\r\n3 "
         "4\r\n', '   ')");
@@ -249,7 +241,7 @@ TEST_F(PivotEvaluationsTest, EveryStoredLineBecomesAReadingEvenWhenEmpty) {
     EXPECT_EQ(Arrays::shared()->Length(loaded.secondSample), 0);
 }
 
-TEST_F(PivotEvaluationsTest, ExistsTellsWhetherAnyEvaluationMatches) {
+TEST_P(PivotEvaluationsTest, ExistsTellsWhetherAnyEvaluationMatches) {
     EXPECT_FALSE(evaluations().exists(con, "name = 'missing'"));
     const PivotEvaluation saved = savedEvaluation("present");
     EXPECT_TRUE(evaluations().exists(con, "name = 'present'"));
@@ -257,23 +249,23 @@ TEST_F(PivotEvaluationsTest, ExistsTellsWhetherAnyEvaluationMatches) {
     EXPECT_FALSE(evaluations().exists(con, "name = 'missing'"));
 }
 
-TEST_F(PivotEvaluationsTest, FindWithoutAMatchRaisesTheEmptyResultError) {
+TEST_P(PivotEvaluationsTest, FindWithoutAMatchRaisesTheEmptyResultError) {
     savedEvaluation("present");
     EXPECT_RAISES(evaluations().find(con, "name = 'missing'"), RuntimeError::DataAccess);
 }
 
-TEST_F(PivotEvaluationsTest, FindReturnsTheFirstOfSeveralMatches) {
+TEST_P(PivotEvaluationsTest, FindReturnsTheFirstOfSeveralMatches) {
     const PivotEvaluation first = savedEvaluation("twin");
     savedEvaluation("twin");
     EXPECT_EQ(evaluations().find(con, "name = 'twin' ORDER BY id").id, first.id);
 }
 
-TEST_F(PivotEvaluationsTest, BadConditionsPassTheDatabaseErrorOn) {
+TEST_P(PivotEvaluationsTest, BadConditionsPassTheDatabaseErrorOn) {
     EXPECT_RAISES(evaluations().exists(con, "no_such_column = 1"), RuntimeError::DatabaseEngine);
     EXPECT_RAISES(evaluations().find(con, "no_such_column = 1"), RuntimeError::DatabaseEngine);
 }
 
-TEST_F(PivotEvaluationsTest, DestroyDeletesOnlyItsRow) {
+TEST_P(PivotEvaluationsTest, DestroyDeletesOnlyItsRow) {
     const PivotEvaluation kept = savedEvaluation("kept");
     const PivotEvaluation removed = savedEvaluation("removed");
     evaluations().destroy(con, removed);
@@ -282,7 +274,7 @@ TEST_F(PivotEvaluationsTest, DestroyDeletesOnlyItsRow) {
     EXPECT_EQ(sortedNames(evaluations().Enumerate(con)), (std::vector<std::string>{"kept"}));
 }
 
-TEST_F(PivotEvaluationsTest, AFailedInsertWritesNothingAndKeepsTheId) {
+TEST_P(PivotEvaluationsTest, AFailedInsertWritesNothingAndKeepsTheId) {
     savedEvaluation("existing");
     const auto before = tableContents();
     refuseEvery("INSERT");
@@ -293,7 +285,7 @@ TEST_F(PivotEvaluationsTest, AFailedInsertWritesNothingAndKeepsTheId) {
     EXPECT_EQ(tableContents(), before);
 }
 
-TEST_F(PivotEvaluationsTest, AFailedUpdateLeavesTheRowAsItWas) {
+TEST_P(PivotEvaluationsTest, AFailedUpdateLeavesTheRowAsItWas) {
     PivotEvaluation evaluation = savedEvaluation("existing");
     const Long id = evaluation.id;
     const auto before = tableContents();
@@ -306,7 +298,7 @@ TEST_F(PivotEvaluationsTest, AFailedUpdateLeavesTheRowAsItWas) {
     EXPECT_EQ(tableContents(), before);
 }
 
-TEST_F(PivotEvaluationsTest, ANameWithAnApostropheBreaksTheStatementAndRunsNothingElse) {
+TEST_P(PivotEvaluationsTest, ANameWithAnApostropheBreaksTheStatementAndRunsNothingElse) {
     savedEvaluation("existing");
     const auto before = tableContents();
 
@@ -321,7 +313,7 @@ TEST_F(PivotEvaluationsTest, ANameWithAnApostropheBreaksTheStatementAndRunsNothi
     EXPECT_EQ(tableContents(), before);
 }
 
-TEST_F(PivotEvaluationsTest, TheHostsTransactionAndConnectionAreLeftToTheHost) {
+TEST_P(PivotEvaluationsTest, TheHostsTransactionAndConnectionAreLeftToTheHost) {
     con.BeginTrans();
     PivotEvaluation evaluation = fullEvaluation("in a transaction");
     evaluations().save(con, evaluation);
@@ -332,3 +324,6 @@ TEST_F(PivotEvaluationsTest, TheHostsTransactionAndConnectionAreLeftToTheHost) {
     EXPECT_FALSE(evaluations().exists(con, "name = 'in a transaction'"));
     EXPECT_EQ(Arrays::shared()->Length(evaluations().Enumerate(con)), 0);
 }
+
+INSTANTIATE_TEST_SUITE_P(Engines, PivotEvaluationsTest, caudalis::testing::allEngines(),
+                         caudalis::testing::EngineNamer());

@@ -21,9 +21,9 @@ constexpr std::int32_t missingModelName = -2147220804;
 constexpr std::int32_t brandIsNew = -2147220803;
 constexpr std::int32_t missingSprinklerData = -2147221004;
 
-class CatalogueDatabase : public ::testing::Test {
+class CatalogueDatabase : public ::testing::TestWithParam<TestEngine> {
 protected:
-    explicit CatalogueDatabase(bool sample = true) : databases(sample) {}
+    explicit CatalogueDatabase(bool sample = true) : databases(GetParam(), sample) {}
 
     std::shared_ptr<Aspersor> aspersorAt(const CollectionRef& list, Long index) const {
         return list->objectAt<Aspersor>(index);
@@ -68,7 +68,7 @@ TEST(CatalogueStatements, NozzleSelectIsBuiltFromTheColumnsAndTheNestedJoins) {
                   "INNER JOIN Marca ON modelos.id_marca=marca.id_marca)");
 }
 
-TEST_F(CatalogueDatabase, FindReadsEveryNozzleWithItsModelAndBrand) {
+TEST_P(CatalogueDatabase, FindReadsEveryNozzleWithItsModelAndBrand) {
     const auto all = catalogue.find(databases.catalogueConnection());
     ASSERT_EQ(all->Count(), 398);
     const auto first = aspersorAt(all, 1);
@@ -90,7 +90,7 @@ TEST_F(CatalogueDatabase, FindReadsEveryNozzleWithItsModelAndBrand) {
                               "SELECT a FROM Boquillas WHERE ID_Boquillas=" + std::to_string(first->id()))));
 }
 
-TEST_F(CatalogueDatabase, FindByBrandAndByModelFilterByName) {
+TEST_P(CatalogueDatabase, FindByBrandAndByModelFilterByName) {
     const auto aquarion = catalogue.find_by_marca(databases.catalogueConnection(), "Aquarion");
     ASSERT_GT(aquarion->Count(), 0);
     EXPECT_EQ(aquarion->Count(),
@@ -107,35 +107,35 @@ TEST_F(CatalogueDatabase, FindByBrandAndByModelFilterByName) {
     }
 }
 
-TEST_F(CatalogueDatabase, FindByAnUnknownBrandIsEmpty) {
+TEST_P(CatalogueDatabase, FindByAnUnknownBrandIsEmpty) {
     EXPECT_EQ(catalogue.find_by_marca(databases.catalogueConnection(), "Nobody")->Count(), 0);
     EXPECT_EQ(catalogue.find_by_modelo(databases.catalogueConnection(), "Nothing")->Count(), 0);
 }
 
-TEST_F(CatalogueDatabase, NamesArePlacedWithoutDoublingQuotes) {
+TEST_P(CatalogueDatabase, NamesArePlacedWithoutDoublingQuotes) {
     EXPECT_RAISES(catalogue.find_by_marca(databases.catalogueConnection(), "O'Neil"),
                   DatabaseError::SyntaxError);
 }
 
-TEST_F(CatalogueDatabase, AnIncompleteRowAbortsTheWholeRead) {
+TEST_P(CatalogueDatabase, AnIncompleteRowAbortsTheWholeRead) {
     databases.executeOnCatalogue(
         "INSERT INTO Boquillas (denominacion,a,b,pmin,pmax,qmin,qmax,id_modelo) VALUES "
         "('Broken',0,0.5,1,2,1,2,1)");
     EXPECT_RAISES(catalogue.find(databases.catalogueConnection()), missingSprinklerData);
 }
 
-TEST_F(CatalogueDatabase, ANullNumberPassesTheConversionError) {
+TEST_P(CatalogueDatabase, ANullNumberPassesTheConversionError) {
     databases.executeOnCatalogue(
         "INSERT INTO Boquillas (denominacion,a,b,pmin,pmax,qmin,qmax,id_modelo) VALUES "
         "('Null',null,0.5,1,2,1,2,1)");
     EXPECT_RAISES(catalogue.find(databases.catalogueConnection()), RuntimeError::InvalidUseOfNull);
 }
 
-TEST_F(CatalogueDatabase, AFailedOpenPassesUnchanged) {
+TEST_P(CatalogueDatabase, AFailedOpenPassesUnchanged) {
     EXPECT_RAISES(catalogue.find("Provider=Nothing;Data Source=x"), 3706);
 }
 
-TEST_F(CatalogueDatabase, BrandsAndModelsAreListedAsRecords) {
+TEST_P(CatalogueDatabase, BrandsAndModelsAreListedAsRecords) {
     const auto brands = catalogue.MarcasAll(databases.catalogueConnection());
     ASSERT_EQ(brands->Count(), 4);
     EXPECT_EQ(brands->Item(1).toRecord<marca>(), (marca{1, "Aquarion"}));
@@ -152,13 +152,13 @@ TEST_F(CatalogueDatabase, BrandsAndModelsAreListedAsRecords) {
     EXPECT_EQ(first.marca, (marca{1, "Aquarion"}));
 }
 
-TEST_F(EmptyCatalogueDatabase, EmptyCatalogueGivesEmptyCollections) {
+TEST_P(EmptyCatalogueDatabase, EmptyCatalogueGivesEmptyCollections) {
     EXPECT_EQ(catalogue.find(databases.catalogueConnection())->Count(), 0);
     EXPECT_EQ(catalogue.MarcasAll(databases.catalogueConnection())->Count(), 0);
     EXPECT_EQ(catalogue.ModelosAll(databases.catalogueConnection())->Count(), 0);
 }
 
-TEST_F(EmptyCatalogueDatabase, SavingWithANewModelAndBrandInsertsBrandThenModelThenNozzle) {
+TEST_P(EmptyCatalogueDatabase, SavingWithANewModelAndBrandInsertsBrandThenModelThenNozzle) {
     const auto nozzle = nozzleOf(newModel());
     catalogue.save(databases.catalogueConnection(), *nozzle);
     EXPECT_EQ(databases.catalogueRows("SELECT id_marca, nome FROM marca"), TableRows{"1|New brand"});
@@ -173,7 +173,7 @@ TEST_F(EmptyCatalogueDatabase, SavingWithANewModelAndBrandInsertsBrandThenModelT
     EXPECT_EQ(aspersorAt(loaded, 1)->marca(), (marca{1, "New brand"}));
 }
 
-TEST_F(EmptyCatalogueDatabase, SavingKeepsTheCallersKeysSoASecondSaveStoresAgain) {
+TEST_P(EmptyCatalogueDatabase, SavingKeepsTheCallersKeysSoASecondSaveStoresAgain) {
     const auto nozzle = nozzleOf(newModel());
     catalogue.save(databases.catalogueConnection(), *nozzle);
     EXPECT_EQ(nozzle->id(), 0);
@@ -187,7 +187,7 @@ TEST_F(EmptyCatalogueDatabase, SavingKeepsTheCallersKeysSoASecondSaveStoresAgain
               (TableRows{"1", "2"}));
 }
 
-TEST_F(CatalogueDatabase, SavingWithAStoredModelOfItsBrandInsertsOnlyTheNozzle) {
+TEST_P(CatalogueDatabase, SavingWithAStoredModelOfItsBrandInsertsOnlyTheNozzle) {
     modelo model = newModel("R3000 Rotator", "Aquarion");
     model.id = 5;
     model.marca.id = 1;
@@ -201,7 +201,7 @@ TEST_F(CatalogueDatabase, SavingWithAStoredModelOfItsBrandInsertsOnlyTheNozzle) 
     EXPECT_EQ(databases.catalogueNumber("SELECT id_modelo FROM Boquillas ORDER BY ID_Boquillas DESC"), 5);
 }
 
-TEST_F(CatalogueDatabase, AStoredModelWhoseBrandKeyDiffersIsInsertedAgain) {
+TEST_P(CatalogueDatabase, AStoredModelWhoseBrandKeyDiffersIsInsertedAgain) {
     modelo model = newModel("R3000 Rotator", "Aquarion");
     model.id = 5;
     model.marca.id = 1;
@@ -214,7 +214,7 @@ TEST_F(CatalogueDatabase, AStoredModelWhoseBrandKeyDiffersIsInsertedAgain) {
     EXPECT_EQ(databases.catalogueNumber("SELECT id_modelo FROM Boquillas ORDER BY ID_Boquillas DESC"), 13);
 }
 
-TEST_F(CatalogueDatabase, AStoredBrandIsNotInsertedAgain) {
+TEST_P(CatalogueDatabase, AStoredBrandIsNotInsertedAgain) {
     modelo model = newModel("Brand new model", "Nimbra");
     model.marca.id = 3;
     catalogue.save(databases.catalogueConnection(), *nozzleOf(model));
@@ -223,46 +223,44 @@ TEST_F(CatalogueDatabase, AStoredBrandIsNotInsertedAgain) {
               TableRows{"3"});
 }
 
-TEST_F(CatalogueDatabase, ABlankBrandNameRaisesBeforeAnyInsert) {
+TEST_P(CatalogueDatabase, ABlankBrandNameRaisesBeforeAnyInsert) {
     const TableDump before = databases.dumpCatalogue();
     EXPECT_RAISES(catalogue.save(databases.catalogueConnection(), *nozzleOf(newModel("Model", " \t "))),
                   missingBrandName);
     EXPECT_EQ(databases.dumpCatalogue(), before);
 }
 
-TEST_F(CatalogueDatabase, ABlankModelNameRaisesAndLeavesTheNewBrandUnwritten) {
+TEST_P(CatalogueDatabase, ABlankModelNameRaisesAndLeavesTheNewBrandUnwritten) {
     const TableDump before = databases.dumpCatalogue();
     EXPECT_RAISES(catalogue.save(databases.catalogueConnection(), *nozzleOf(newModel("  "))),
                   missingModelName);
     EXPECT_EQ(databases.dumpCatalogue(), before);
 }
 
-TEST_F(CatalogueDatabase, ABrandStillNewAfterSavingRaises) {
+TEST_P(CatalogueDatabase, ABrandStillNewAfterSavingRaises) {
     // The database ignores the brand insert, so no key is generated for it.
-    databases.executeOnCatalogue(
-        "CREATE TRIGGER skip_brand BEFORE INSERT ON marca BEGIN SELECT RAISE(IGNORE); END");
+    databases.ignoreInsertsOnCatalogue("marca");
     const TableDump before = databases.dumpCatalogue();
     EXPECT_RAISES(catalogue.save(databases.catalogueConnection(), *nozzleOf(newModel())), brandIsNew);
     EXPECT_EQ(databases.dumpCatalogue(), before);
 }
 
-TEST_F(CatalogueDatabase, AFailedSaveLeavesTheCatalogueUnchanged) {
-    databases.executeOnCatalogue(
-        "CREATE TRIGGER refuse BEFORE INSERT ON Boquillas BEGIN SELECT RAISE(ABORT, 'injected'); END");
+TEST_P(CatalogueDatabase, AFailedSaveLeavesTheCatalogueUnchanged) {
+    databases.refuseOnCatalogue("Boquillas", "INSERT");
     const TableDump before = databases.dumpCatalogue();
     EXPECT_RAISES(catalogue.save(databases.catalogueConnection(), *nozzleOf(newModel())),
                   RuntimeError::DatabaseEngine);
     EXPECT_EQ(databases.dumpCatalogue(), before);
 }
 
-TEST_F(CatalogueDatabase, AnApostropheInANameMakesTheInsertFailWithoutWriting) {
+TEST_P(CatalogueDatabase, AnApostropheInANameMakesTheInsertFailWithoutWriting) {
     const TableDump before = databases.dumpCatalogue();
     EXPECT_RAISES(catalogue.save(databases.catalogueConnection(), *nozzleOf(newModel("Model", "O'Neil"))),
                   DatabaseError::SyntaxError);
     EXPECT_EQ(databases.dumpCatalogue(), before);
 }
 
-TEST_F(EmptyCatalogueDatabase, InsertedNumbersUseAPointInACommaLocale) {
+TEST_P(EmptyCatalogueDatabase, InsertedNumbersUseAPointInACommaLocale) {
     DecimalSeparatorGuard comma(',');
     catalogue.save(databases.catalogueConnection(), *nozzleOf(newModel(), "Comma", 0.0125, 0.52));
     EXPECT_EQ(databases.catalogueNumber("SELECT a FROM Boquillas"), 0.0125);
@@ -273,9 +271,12 @@ TEST_F(EmptyCatalogueDatabase, InsertedNumbersUseAPointInACommaLocale) {
     EXPECT_EQ(aspersorAt(loaded, 1)->a(), "0,0125");
 }
 
-TEST_F(CatalogueDatabase, TheStaticsCatalogueReadsTheDatabase) {
+TEST_P(CatalogueDatabase, TheStaticsCatalogueReadsTheDatabase) {
     const auto all = Statics::application()->Aspersores()->find(databases.catalogueConnection());
     EXPECT_EQ(all->Count(), 398);
 }
+
+INSTANTIATE_TEST_SUITE_P(Engines, CatalogueDatabase, allEngines(), EngineNamer());
+INSTANTIATE_TEST_SUITE_P(Engines, EmptyCatalogueDatabase, allEngines(), EngineNamer());
 
 }  // namespace

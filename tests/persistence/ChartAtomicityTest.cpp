@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "ChartFixture.hpp"
 #include "ErrorMatchers.hpp"
 #include "caudalis/core/Error.hpp"
@@ -9,21 +11,21 @@ using namespace caudalis::testing;
 
 namespace {
 
-/// A failure injected into one table of the project database: a trigger that aborts the
-/// statement, as a full disk or a constraint would.
-class ChartAtomicity : public ::testing::TestWithParam<const char*>, public ChartFixture {
+/// A failure injected into one table of the project database, on each engine: a trigger that
+/// aborts the statement, as a full disk or a constraint would.
+class ChartAtomicity : public ::testing::TestWithParam<std::tuple<TestEngine, const char*>>,
+                       public ChartFixture {
 protected:
-    ChartAtomicity() {
+    ChartAtomicity() : ChartFixture(std::get<0>(GetParam())) {
         existing = fullChart("Existing");
         saveAsNew(*existing);
         auto other = fullChart("Other");
         saveAsNew(*other);
     }
 
-    void refuse(const std::string& event) const {
-        databases.executeOnProject("CREATE TRIGGER injected_failure BEFORE " + event + " ON " + GetParam() +
-                                   " BEGIN SELECT RAISE(ABORT, 'injected'); END");
-    }
+    static const char* table() { return std::get<1>(GetParam()); }
+
+    void refuse(const std::string& event) const { databases.refuseOnProject(table(), event); }
 
     std::shared_ptr<CartaAspersores> existing;
 };
@@ -67,15 +69,21 @@ TEST_P(ChartAtomicity, TheDatabaseIsUsableAfterAFailure) {
     refuse("INSERT");
     auto chart = fullChart("New");
     EXPECT_RAISES(save(*chart), RuntimeError::DatabaseEngine);
-    databases.executeOnProject("DROP TRIGGER injected_failure");
+    databases.stopRefusingOnProject(table());
     save(*chart);
-    EXPECT_EQ(chart->id(), 3);
-    EXPECT_EQ(load(3)->mountedAspersores()->Count(), 3);
+    EXPECT_GT(chart->id(), 2);
+    EXPECT_EQ(load(static_cast<Integer>(chart->id()))->mountedAspersores()->Count(), 3);
+}
+
+std::string engineAndTable(const ::testing::TestParamInfo<ChartAtomicity::ParamType>& info) {
+    return engineName(std::get<0>(info.param)) + "_" + std::get<1>(info.param);
 }
 
 INSTANTIATE_TEST_SUITE_P(ChildTables, ChartAtomicity,
-                         ::testing::Values("tb_aspersores", "tb_reguladores", "tb_indicadores",
-                                           "tb_pluviometria", "tb_drop"));
+                         ::testing::Combine(allEngines(), ::testing::Values("tb_aspersores", "tb_reguladores",
+                                                                            "tb_indicadores",
+                                                                            "tb_pluviometria", "tb_drop")),
+                         engineAndTable);
 
 class ChartTableAtomicity : public ChartAtomicity {};
 
@@ -85,7 +93,7 @@ TEST_P(ChartTableAtomicity, AFailureOnTheChartRowLeavesEveryTableAsItWas) {
     auto chart = fullChart("New");
     EXPECT_RAISES(saveAsNew(*chart), RuntimeError::DatabaseEngine);
     EXPECT_EQ(databases.dumpProject(), before);
-    databases.executeOnProject("DROP TRIGGER injected_failure");
+    databases.stopRefusingOnProject(table());
     refuse("UPDATE");
     existing->setNome("Renamed");
     EXPECT_RAISES(save(*existing), RuntimeError::DatabaseEngine);
@@ -99,6 +107,7 @@ TEST_P(ChartTableAtomicity, AFailureOnTheLastDeleteOfDestroyKeepsTheChildRows) {
     EXPECT_EQ(databases.dumpProject(), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(ChartRow, ChartTableAtomicity, ::testing::Values("tb_cartas"));
+INSTANTIATE_TEST_SUITE_P(ChartRow, ChartTableAtomicity,
+                         ::testing::Combine(allEngines(), ::testing::Values("tb_cartas")), engineAndTable);
 
 }  // namespace

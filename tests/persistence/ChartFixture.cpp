@@ -12,7 +12,8 @@
 
 namespace caudalis::testing {
 
-ChartFixture::ChartFixture() : catalogue(AspersoresStatic().find(databases.catalogueConnection())) {}
+ChartFixture::ChartFixture(TestEngine engine)
+    : databases(engine), catalogue(AspersoresStatic().find(databases.catalogueConnection())) {}
 
 std::shared_ptr<Aspersor> ChartFixture::nozzle(Long position) const {
     return catalogue->objectAt<Aspersor>(position);

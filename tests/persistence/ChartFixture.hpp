@@ -16,7 +16,7 @@ namespace caudalis::testing {
 /// catalogue's nozzles, with a builder for a chart that has something in every table.
 class ChartFixture {
 public:
-    ChartFixture();
+    explicit ChartFixture(TestEngine engine = TestEngine::Sqlite);
 
     /// A nozzle of the sample catalogue (1-based position in the catalogue as read).
     std::shared_ptr<Aspersor> nozzle(Long position) const;

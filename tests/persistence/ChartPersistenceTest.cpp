@@ -19,8 +19,10 @@ namespace {
 
 constexpr std::int32_t nameTaken = -2147220504;
 
-class ChartPersistence : public ::testing::Test, public ChartFixture {
+class ChartPersistence : public ::testing::TestWithParam<TestEngine>, public ChartFixture {
 protected:
+    ChartPersistence() : ChartFixture(GetParam()) {}
+
     static CoordenadasSaida at(Integer span, Integer outlet) {
         return CoordenadasSaidas::shared()->newTramoCoordenadas(span, outlet);
     }
@@ -30,7 +32,7 @@ protected:
     }
 };
 
-TEST_F(ChartPersistence, StaticsHandsOutOneChartPersistenceObjectPerStatics) {
+TEST_P(ChartPersistence, StaticsHandsOutOneChartPersistenceObjectPerStatics) {
     Statics one;
     Statics two;
     EXPECT_NE(one.CartaAspersor(), nullptr);
@@ -38,7 +40,7 @@ TEST_F(ChartPersistence, StaticsHandsOutOneChartPersistenceObjectPerStatics) {
     EXPECT_NE(one.CartaAspersor(), two.CartaAspersor());
 }
 
-TEST_F(ChartPersistence, NewMountedAspersorPairsTheOutletWithTheSprinkler) {
+TEST_P(ChartPersistence, NewMountedAspersorPairsTheOutletWithTheSprinkler) {
     const auto mounted = charts.newMountedAspersor(at(2, 5), nozzle(1));
     EXPECT_EQ(mounted->saida(), at(2, 5));
     EXPECT_EQ(mounted->Aspersor(), nozzle(1));
@@ -46,7 +48,7 @@ TEST_F(ChartPersistence, NewMountedAspersorPairsTheOutletWithTheSprinkler) {
     EXPECT_FALSE(mounted->deleted());
 }
 
-TEST_F(ChartPersistence, SaveAsNewWritesEveryTable) {
+TEST_P(ChartPersistence, SaveAsNewWritesEveryTable) {
     auto chart = fullChart("North field");
     saveAsNew(*chart);
     ASSERT_EQ(chart->id(), 1);
@@ -66,7 +68,7 @@ TEST_F(ChartPersistence, SaveAsNewWritesEveryTable) {
     EXPECT_EQ(databases.projectRows("SELECT * FROM tb_drop"), TableRows{"2.75|19.5|2|1|1"});
 }
 
-TEST_F(ChartPersistence, FindRebuildsTheSavedChart) {
+TEST_P(ChartPersistence, FindRebuildsTheSavedChart) {
     auto chart = fullChart("North field");
     saveAsNew(*chart);
     const auto loaded = load(static_cast<Integer>(chart->id()));
@@ -104,7 +106,7 @@ TEST_F(ChartPersistence, FindRebuildsTheSavedChart) {
     EXPECT_EQ(figures.id, databases.projectNumber("SELECT id_indicadores FROM tb_indicadores"));
 }
 
-TEST_F(ChartPersistence, LoadedPluviometrySamplesCarryTheFixedCodes) {
+TEST_P(ChartPersistence, LoadedPluviometrySamplesCarryTheFixedCodes) {
     auto chart = fullChart("North field");
     saveAsNew(*chart);
     const PluviometryCheck check = load(static_cast<Integer>(chart->id()))->getPluviometriaCheck();
@@ -113,14 +115,14 @@ TEST_F(ChartPersistence, LoadedPluviometrySamplesCarryTheFixedCodes) {
     EXPECT_EQ(check.kostiakov, makeKostiakovParameters(0.0625, 0.75));
 }
 
-TEST_F(ChartPersistence, ACatalogueInAFolderWithBlanksIsJoined) {
+TEST_P(ChartPersistence, ACatalogueInAFolderWithBlanksIsJoined) {
     ASSERT_NE(databases.cataloguePath().find(' '), std::string::npos);
     auto chart = fullChart("Blank path");
     saveAsNew(*chart);
     EXPECT_EQ(load(static_cast<Integer>(chart->id()))->mountedAspersores()->Count(), 3);
 }
 
-TEST_F(ChartPersistence, ASprinklerMissingFromTheCatalogueIsLeftOut) {
+TEST_P(ChartPersistence, ASprinklerMissingFromTheCatalogueIsLeftOut) {
     auto chart = fullChart("Inner join");
     saveAsNew(*chart);
     databases.executeOnCatalogue("DELETE FROM Boquillas WHERE ID_Boquillas=" +
@@ -130,7 +132,7 @@ TEST_F(ChartPersistence, ASprinklerMissingFromTheCatalogueIsLeftOut) {
     EXPECT_FALSE(loaded->hasMountedAspersorAt(at(1, 1)));
 }
 
-TEST_F(ChartPersistence, FindOfAnUnknownIdGivesAnEmptyChart) {
+TEST_P(ChartPersistence, FindOfAnUnknownIdGivesAnEmptyChart) {
     const auto loaded = load(42);
     EXPECT_EQ(loaded->id(), 0);
     EXPECT_EQ(loaded->getNome(), "");
@@ -138,28 +140,28 @@ TEST_F(ChartPersistence, FindOfAnUnknownIdGivesAnEmptyChart) {
     EXPECT_TRUE(loaded->getDrop().p_is_null);
 }
 
-TEST_F(ChartPersistence, FindOfAChartWithoutIndicatorsRaisesTheDataAccessError) {
+TEST_P(ChartPersistence, FindOfAChartWithoutIndicatorsRaisesTheDataAccessError) {
     auto chart = fullChart("No indicators");
     saveAsNew(*chart);
     databases.executeOnProject("DELETE FROM tb_indicadores");
     EXPECT_RAISES(load(static_cast<Integer>(chart->id())), RuntimeError::DataAccess);
 }
 
-TEST_F(ChartPersistence, FindOfAChartWithoutPluviometryRaisesTheDataAccessError) {
+TEST_P(ChartPersistence, FindOfAChartWithoutPluviometryRaisesTheDataAccessError) {
     auto chart = fullChart("No pluviometry");
     saveAsNew(*chart);
     databases.executeOnProject("DELETE FROM tb_pluviometria");
     EXPECT_RAISES(load(static_cast<Integer>(chart->id())), RuntimeError::DataAccess);
 }
 
-TEST_F(ChartPersistence, ANullBoostLoadsAsZero) {
+TEST_P(ChartPersistence, ANullBoostLoadsAsZero) {
     auto chart = fullChart("No boost");
     saveAsNew(*chart);
     databases.executeOnProject("UPDATE tb_cartas SET boost = null");
     EXPECT_EQ(load(static_cast<Integer>(chart->id()))->getEndGunBoost(), 0);
 }
 
-TEST_F(ChartPersistence, AChartWithoutDropLoadsTheNullDropAndNoRegulators) {
+TEST_P(ChartPersistence, AChartWithoutDropLoadsTheNullDropAndNoRegulators) {
     auto chart = fullChart("Bare");
     chart->setDrop(Drops::shared()->createNull());
     chart->setReguladores(Collection::create());
@@ -170,7 +172,7 @@ TEST_F(ChartPersistence, AChartWithoutDropLoadsTheNullDropAndNoRegulators) {
     EXPECT_EQ(loaded->getReguladores()->Count(), 0);
 }
 
-TEST_F(ChartPersistence, DuplicateNameOnInsertionRaisesAndWritesNothing) {
+TEST_P(ChartPersistence, DuplicateNameOnInsertionRaisesAndWritesNothing) {
     auto existing = fullChart("A");
     saveAsNew(*existing);
     const TableDump before = databases.dumpProject();
@@ -180,7 +182,7 @@ TEST_F(ChartPersistence, DuplicateNameOnInsertionRaisesAndWritesNothing) {
     EXPECT_EQ(databases.dumpProject(), before);
 }
 
-TEST_F(ChartPersistence, DuplicateNameThroughSaveAsNewRestoresTheCallersId) {
+TEST_P(ChartPersistence, DuplicateNameThroughSaveAsNewRestoresTheCallersId) {
     auto existing = fullChart("A");
     saveAsNew(*existing);
     auto copy = fullChart("A");
@@ -194,7 +196,7 @@ TEST_F(ChartPersistence, DuplicateNameThroughSaveAsNewRestoresTheCallersId) {
     EXPECT_EQ(copy->id(), 1234);
 }
 
-TEST_F(ChartPersistence, TheSameNameInAnotherSystemIsFree) {
+TEST_P(ChartPersistence, TheSameNameInAnotherSystemIsFree) {
     auto first = fullChart("A");
     saveAsNew(*first, 7);
     auto second = fullChart("A");
@@ -202,7 +204,7 @@ TEST_F(ChartPersistence, TheSameNameInAnotherSystemIsFree) {
     EXPECT_EQ(second->id(), 2);
 }
 
-TEST_F(ChartPersistence, SaveAsNewStoresACopy) {
+TEST_P(ChartPersistence, SaveAsNewStoresACopy) {
     auto chart = fullChart("Original");
     saveAsNew(*chart);
     chart->setNome("Copy");
@@ -213,7 +215,7 @@ TEST_F(ChartPersistence, SaveAsNewStoresACopy) {
     EXPECT_EQ(rowsOfChart("tb_aspersores", 2), 3);
 }
 
-TEST_F(ChartPersistence, RenamingAnExistingChartToATakenNameIsAccepted) {
+TEST_P(ChartPersistence, RenamingAnExistingChartToATakenNameIsAccepted) {
     auto first = fullChart("A");
     saveAsNew(*first);
     auto second = fullChart("B");
@@ -225,7 +227,7 @@ TEST_F(ChartPersistence, RenamingAnExistingChartToATakenNameIsAccepted) {
     EXPECT_EQ(chartRows(), (TableRows{"1|A|12.5|7", "2|A|3.5|7"}));
 }
 
-TEST_F(ChartPersistence, SavingTwiceKeepsOneRowPerLiveSprinklerAndOneOfEachRecord) {
+TEST_P(ChartPersistence, SavingTwiceKeepsOneRowPerLiveSprinklerAndOneOfEachRecord) {
     auto chart = fullChart("Twice");
     saveAsNew(*chart);
     const double firstIndicatorsId = databases.projectNumber("SELECT id_indicadores FROM tb_indicadores");
@@ -240,7 +242,7 @@ TEST_F(ChartPersistence, SavingTwiceKeepsOneRowPerLiveSprinklerAndOneOfEachRecor
     EXPECT_NE(databases.projectNumber("SELECT id_indicadores FROM tb_indicadores"), firstIndicatorsId);
 }
 
-TEST_F(ChartPersistence, SavingALoadedChartWithARemovedSprinklerDropsItsRow) {
+TEST_P(ChartPersistence, SavingALoadedChartWithARemovedSprinklerDropsItsRow) {
     auto chart = fullChart("Edited");
     saveAsNew(*chart);
     auto loaded = load(static_cast<Integer>(chart->id()));
@@ -250,7 +252,7 @@ TEST_F(ChartPersistence, SavingALoadedChartWithARemovedSprinklerDropsItsRow) {
               (TableRows{"1|1", "-1|-1"}));
 }
 
-TEST_F(ChartPersistence, AnIdWithoutARowInTheSystemIsSavedAsANewChart) {
+TEST_P(ChartPersistence, AnIdWithoutARowInTheSystemIsSavedAsANewChart) {
     auto chart = fullChart("Elsewhere");
     saveAsNew(*chart, 7);
     save(*chart, 9);
@@ -258,7 +260,7 @@ TEST_F(ChartPersistence, AnIdWithoutARowInTheSystemIsSavedAsANewChart) {
     EXPECT_EQ(chartRows(), (TableRows{"1|Elsewhere|12.5|7", "2|Elsewhere|12.5|9"}));
 }
 
-TEST_F(ChartPersistence, OtherChartsRowsAreLeftAlone) {
+TEST_P(ChartPersistence, OtherChartsRowsAreLeftAlone) {
     auto first = fullChart("First");
     saveAsNew(*first);
     auto second = fullChart("Second");
@@ -270,7 +272,7 @@ TEST_F(ChartPersistence, OtherChartsRowsAreLeftAlone) {
     }
 }
 
-TEST_F(ChartPersistence, DestroyRemovesTheChartAndAllItsRowsOnly) {
+TEST_P(ChartPersistence, DestroyRemovesTheChartAndAllItsRowsOnly) {
     auto first = fullChart("First");
     saveAsNew(*first);
     auto second = fullChart("Second");
@@ -284,7 +286,7 @@ TEST_F(ChartPersistence, DestroyRemovesTheChartAndAllItsRowsOnly) {
     EXPECT_EQ(load(1)->id(), 0);
 }
 
-TEST_F(ChartPersistence, DestroyOfAnUnknownChartChangesNothing) {
+TEST_P(ChartPersistence, DestroyOfAnUnknownChartChangesNothing) {
     auto chart = fullChart("Kept");
     saveAsNew(*chart);
     const TableDump before = databases.dumpProject();
@@ -292,12 +294,12 @@ TEST_F(ChartPersistence, DestroyOfAnUnknownChartChangesNothing) {
     EXPECT_EQ(databases.dumpProject(), before);
 }
 
-TEST_F(ChartPersistence, ASystemWithoutChartsHasNone) {
+TEST_P(ChartPersistence, ASystemWithoutChartsHasNone) {
     EXPECT_FALSE(charts.AnyFor(databases.projectConnection(), 7));
     EXPECT_EQ(charts.enumerateAll(databases.projectConnection(), 7)->Count(), 0);
 }
 
-TEST_F(ChartPersistence, EnumerateAllListsTheSystemsChartsOnly) {
+TEST_P(ChartPersistence, EnumerateAllListsTheSystemsChartsOnly) {
     for (const char* name : {"One", "Two"}) {
         auto chart = fullChart(name);
         saveAsNew(*chart, 7);
@@ -312,7 +314,7 @@ TEST_F(ChartPersistence, EnumerateAllListsTheSystemsChartsOnly) {
     EXPECT_EQ(list->Item(2).toRecord<CartaInfo>(), (CartaInfo{"Two", 2}));
 }
 
-TEST_F(ChartPersistence, InsertedNumbersUseAPointInACommaLocale) {
+TEST_P(ChartPersistence, InsertedNumbersUseAPointInACommaLocale) {
     DecimalSeparatorGuard comma(',');
     auto chart = fullChart("Comma");
     saveAsNew(*chart);
@@ -327,7 +329,7 @@ TEST_F(ChartPersistence, InsertedNumbersUseAPointInACommaLocale) {
     EXPECT_EQ(loaded->getPluviometriaCheck().secondSample.distanceToCenter, 310.75);
 }
 
-TEST_F(ChartPersistence, AnApostropheInTheNameMakesTheStatementFail) {
+TEST_P(ChartPersistence, AnApostropheInTheNameMakesTheStatementFail) {
     auto existing = fullChart("Existing");
     saveAsNew(*existing);
     const TableDump before = databases.dumpProject();
@@ -341,7 +343,15 @@ TEST_F(ChartPersistence, AnApostropheInTheNameMakesTheStatementFail) {
     EXPECT_EQ(databases.dumpProject(), before);
 }
 
-TEST_F(ChartPersistence, ANameCannotSmuggleASecondStatement) {
+TEST_P(ChartPersistence, ABackslashInTheNameIsKeptAsItIs) {
+    auto chart = fullChart("C:\\fields\\");
+    saveAsNew(*chart);
+    EXPECT_EQ(load(static_cast<Integer>(chart->id()))->getNome(), "C:\\fields\\");
+    auto again = fullChart("C:\\fields\\");
+    EXPECT_RAISES(saveAsNew(*again), nameTaken);
+}
+
+TEST_P(ChartPersistence, ANameCannotSmuggleASecondStatement) {
     auto existing = fullChart("Existing");
     saveAsNew(*existing);
     const TableDump before = databases.dumpProject();
@@ -353,8 +363,8 @@ TEST_F(ChartPersistence, ANameCannotSmuggleASecondStatement) {
     EXPECT_EQ(databases.dumpProject(), before);
 }
 
-TEST_F(ChartPersistence, AChartIdAboveTheSixteenBitRangeOverflows) {
-    databases.executeOnProject("INSERT INTO sqlite_sequence (name, seq) VALUES ('tb_cartas', 40000)");
+TEST_P(ChartPersistence, AChartIdAboveTheSixteenBitRangeOverflows) {
+    databases.setLastProjectKey("tb_cartas", "id_carta", 40000);
     const TableDump before = databases.dumpProject();
     auto chart = fullChart("Far");
     EXPECT_RAISES(saveAsNew(*chart), RuntimeError::Overflow);
@@ -365,18 +375,20 @@ TEST_F(ChartPersistence, AChartIdAboveTheSixteenBitRangeOverflows) {
     EXPECT_EQ(databases.dumpProject(), before);
 }
 
-TEST_F(ChartPersistence, TheHighestSixteenBitIdStillWorks) {
-    databases.executeOnProject("INSERT INTO sqlite_sequence (name, seq) VALUES ('tb_cartas', 32766)");
+TEST_P(ChartPersistence, TheHighestSixteenBitIdStillWorks) {
+    databases.setLastProjectKey("tb_cartas", "id_carta", 32766);
     auto chart = fullChart("Edge");
     saveAsNew(*chart);
     EXPECT_EQ(chart->id(), 32767);
     EXPECT_EQ(load(32767)->mountedAspersores()->Count(), 3);
 }
 
-TEST_F(ChartPersistence, AnUnknownProviderPassesTheOpenError) {
+TEST_P(ChartPersistence, AnUnknownProviderPassesTheOpenError) {
     auto chart = fullChart("Nowhere");
     EXPECT_RAISES(charts.save("Provider=Nothing;Data Source=x", 7, *chart), 3706);
     EXPECT_RAISES(charts.find("Provider=Nothing;Data Source=x", databases.cataloguePath(), 1), 3706);
 }
+
+INSTANTIATE_TEST_SUITE_P(Engines, ChartPersistence, allEngines(), EngineNamer());
 
 }  // namespace

@@ -21,9 +21,9 @@ namespace {
 
 /// A design run on a machine of three spans, an overhang and an end gun, with sprinklers
 /// chosen from the sample catalogue as read from its database.
-class ChartRoundTrip : public ::testing::Test, public ChartFixture {
+class ChartRoundTrip : public ::testing::TestWithParam<TestEngine>, public ChartFixture {
 protected:
-    ChartRoundTrip() {
+    ChartRoundTrip() : ChartFixture(GetParam()) {
         pivot machine =
             makePivot({makeSpan(1, 54, 168, 250), makeSpan(2, 54, 168, 250), makeSpan(3, 48, 141, 250)},
                       {101, 102.5, 101.5}, 100);
@@ -58,13 +58,13 @@ protected:
     std::shared_ptr<CartaAspersores> chart;
 };
 
-TEST_F(ChartRoundTrip, TheDesignRunMountedSprinklersEverywhere) {
+TEST_P(ChartRoundTrip, TheDesignRunMountedSprinklersEverywhere) {
     EXPECT_GT(chart->mountedAspersores()->Count(), 60);
     EXPECT_TRUE(chart->hasMountedAspersorAt(CoordenadasSaidas::shared()->newEndGunCoordenadas()));
     EXPECT_TRUE(chart->hasMountedAspersorAt(CoordenadasSaidas::shared()->newTramoCoordenadas(4, 1)));
 }
 
-TEST_F(ChartRoundTrip, SavedAndLoadedChartHasTheSameContent) {
+TEST_P(ChartRoundTrip, SavedAndLoadedChartHasTheSameContent) {
     saveAsNew(*chart);
     ASSERT_GT(chart->id(), 0);
     const auto loaded = load(static_cast<Integer>(chart->id()));
@@ -117,7 +117,7 @@ TEST_F(ChartRoundTrip, SavedAndLoadedChartHasTheSameContent) {
     EXPECT_EQ(check.kostiakov, makeKostiakovParameters(0.075, 0.625));
 }
 
-TEST_F(ChartRoundTrip, TheLoadedChartMountsTheSameSprinklersOnTheMachine) {
+TEST_P(ChartRoundTrip, TheLoadedChartMountsTheSameSprinklersOnTheMachine) {
     saveAsNew(*chart);
     const auto loaded = load(static_cast<Integer>(chart->id()));
     pivot machine;
@@ -140,5 +140,7 @@ TEST_F(ChartRoundTrip, TheLoadedChartMountsTheSameSprinklersOnTheMachine) {
     EXPECT_EQ(mounted.endGun.saida.obj_aspersor->id(),
               chart->mountedAspersorAt(coordinates->newEndGunCoordenadas())->Aspersor()->id());
 }
+
+INSTANTIATE_TEST_SUITE_P(Engines, ChartRoundTrip, allEngines(), EngineNamer());
 
 }  // namespace

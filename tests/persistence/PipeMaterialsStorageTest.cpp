@@ -14,9 +14,9 @@ using namespace caudalis::testing;
 
 namespace {
 
-class PipeMaterialsStorage : public ::testing::Test {
+class PipeMaterialsStorage : public ::testing::TestWithParam<TestEngine> {
 protected:
-    PipeMaterialsStorage() : con(databases.projectConnection()) { con.Open(); }
+    PipeMaterialsStorage() : databases(GetParam()), con(databases.projectConnection()) { con.Open(); }
 
     PipeMaterial materialAt(const CollectionRef& materials, Long index) const {
         return materials->Item(index).toRecord<PipeMaterial>();
@@ -26,7 +26,7 @@ protected:
     Connection con;
 };
 
-TEST_F(PipeMaterialsStorage, AllReadsEveryMaterialInIdOrder) {
+TEST_P(PipeMaterialsStorage, AllReadsEveryMaterialInIdOrder) {
     databases.executeOnProject("INSERT INTO pipe_materials (id, name, rugosidade) VALUES (0, 'First', 99)");
     PipeMaterials materials;
     const auto all = materials.All(con);
@@ -37,11 +37,11 @@ TEST_F(PipeMaterialsStorage, AllReadsEveryMaterialInIdOrder) {
     EXPECT_FALSE(all->Contains("PVC"));
 }
 
-TEST_F(PipeMaterialsStorage, AllIsReadOnceAndSharedEvenAfterNewRowsAndWithAnotherConnection) {
+TEST_P(PipeMaterialsStorage, AllIsReadOnceAndSharedEvenAfterNewRowsAndWithAnotherConnection) {
     PipeMaterials materials;
     const auto first = materials.All(con);
     databases.executeOnProject("INSERT INTO pipe_materials (name, rugosidade) VALUES ('Copper', 140)");
-    PersistenceDatabases other;
+    PersistenceDatabases other(GetParam());
     Connection otherConnection(other.projectConnection());
     otherConnection.Open();
     other.executeOnProject("DELETE FROM pipe_materials");
@@ -52,35 +52,35 @@ TEST_F(PipeMaterialsStorage, AllIsReadOnceAndSharedEvenAfterNewRowsAndWithAnothe
     EXPECT_EQ(materials.All(con)->Count(), 6);
 }
 
-TEST_F(PipeMaterialsStorage, EachObjectKeepsItsOwnList) {
+TEST_P(PipeMaterialsStorage, EachObjectKeepsItsOwnList) {
     PipeMaterials one;
     PipeMaterials two;
     EXPECT_NE(one.All(con), two.All(con));
 }
 
-TEST_F(PipeMaterialsStorage, SharedInstanceHandsTheSameListToEveryCaller) {
+TEST_P(PipeMaterialsStorage, SharedInstanceHandsTheSameListToEveryCaller) {
     const auto viaStatics = Statics::application()->PipeMaterials()->All(con);
-    PersistenceDatabases other;
+    PersistenceDatabases other(GetParam());
     Connection otherConnection(other.projectConnection());
     otherConnection.Open();
     EXPECT_EQ(PipeMaterials::shared()->All(otherConnection), viaStatics);
 }
 
-TEST_F(PipeMaterialsStorage, FindGivesTheRowOrTheNullMaterial) {
+TEST_P(PipeMaterialsStorage, FindGivesTheRowOrTheNullMaterial) {
     PipeMaterials materials;
     EXPECT_EQ(materials.find(con, 3), (PipeMaterial{3, "Rubber hose", 135}));
     EXPECT_EQ(materials.find(con, 99), materials.NullPipeMaterial());
     EXPECT_EQ(materials.find(con, 0), materials.NullPipeMaterial());
 }
 
-TEST_F(PipeMaterialsStorage, FindQueriesEveryTime) {
+TEST_P(PipeMaterialsStorage, FindQueriesEveryTime) {
     PipeMaterials materials;
     EXPECT_EQ(materials.find(con, 1).rugosidade, 150);
     databases.executeOnProject("UPDATE pipe_materials SET rugosidade=145 WHERE id=1");
     EXPECT_EQ(materials.find(con, 1).rugosidade, 145);
 }
 
-TEST_F(PipeMaterialsStorage, ErrorsOfTheDatabasePassUnchanged) {
+TEST_P(PipeMaterialsStorage, ErrorsOfTheDatabasePassUnchanged) {
     databases.executeOnProject("DROP TABLE pipe_materials");
     EXPECT_RAISES(PipeMaterials().find(con, 1), RuntimeError::DatabaseEngine);
     EXPECT_RAISES(PipeMaterials().All(con), RuntimeError::DatabaseEngine);
@@ -93,7 +93,7 @@ protected:
     }
 };
 
-TEST_F(DropStorageTest, SavedDropLoadsBackWithItsMaterial) {
+TEST_P(DropStorageTest, SavedDropLoadsBackWithItsMaterial) {
     Drop drop = pvcDrop(20.5, 1.75);
     Drops::shared()->Install(drop);
     DropStorage::saveDrop(con, drop, 4);
@@ -105,7 +105,7 @@ TEST_F(DropStorageTest, SavedDropLoadsBackWithItsMaterial) {
     EXPECT_EQ(loaded.pipe_material.name, "PVC");
 }
 
-TEST_F(DropStorageTest, SavingReplacesTheChartsRowOnly) {
+TEST_P(DropStorageTest, SavingReplacesTheChartsRowOnly) {
     DropStorage::saveDrop(con, pvcDrop(20, 1), 4);
     DropStorage::saveDrop(con, pvcDrop(25, 2), 5);
     DropStorage::saveDrop(con, pvcDrop(30, 3), 4);
@@ -114,7 +114,7 @@ TEST_F(DropStorageTest, SavingReplacesTheChartsRowOnly) {
     EXPECT_FALSE(DropStorage::loadDrop(con, 4).p_installed);
 }
 
-TEST_F(DropStorageTest, EmptyDropDeletesTheRowAndWritesNone) {
+TEST_P(DropStorageTest, EmptyDropDeletesTheRowAndWritesNone) {
     DropStorage::saveDrop(con, pvcDrop(20, 1), 4);
     DropStorage::saveDrop(con, Drops::shared()->newDrop(0, 0, PipeMaterials::shared()->NullPipeMaterial()),
                           4);
@@ -122,14 +122,14 @@ TEST_F(DropStorageTest, EmptyDropDeletesTheRowAndWritesNone) {
     EXPECT_EQ(DropStorage::loadDrop(con, 4), Drops::shared()->createNull());
 }
 
-TEST_F(DropStorageTest, NullDropWritesNoRowWhateverItsLengths) {
+TEST_P(DropStorageTest, NullDropWritesNoRowWhateverItsLengths) {
     Drop drop = pvcDrop(20, 1);
     drop.p_is_null = true;
     DropStorage::saveDrop(con, drop, 4);
     EXPECT_TRUE(databases.projectRows("SELECT * FROM tb_drop").empty());
 }
 
-TEST_F(DropStorageTest, NullColumnsLoadAsZeroAndAnUnknownMaterialAsTheNullOne) {
+TEST_P(DropStorageTest, NullColumnsLoadAsZeroAndAnUnknownMaterialAsTheNullOne) {
     databases.executeOnProject("INSERT INTO tb_drop (longitud, carta_id) VALUES (2.5, 8)");
     const Drop loaded = DropStorage::loadDrop(con, 8);
     EXPECT_FALSE(loaded.p_is_null);
@@ -140,18 +140,21 @@ TEST_F(DropStorageTest, NullColumnsLoadAsZeroAndAnUnknownMaterialAsTheNullOne) {
     EXPECT_EQ(loaded.pipe_material, PipeMaterial{});
 }
 
-TEST_F(DropStorageTest, DeleteDropsOfRemovesOnlyThatChart) {
+TEST_P(DropStorageTest, DeleteDropsOfRemovesOnlyThatChart) {
     DropStorage::saveDrop(con, pvcDrop(20, 1), 4);
     DropStorage::saveDrop(con, pvcDrop(25, 2), 5);
     DropStorage::deleteDropsOf(con, 4);
     EXPECT_EQ(databases.projectRows("SELECT carta_id FROM tb_drop"), TableRows{"5"});
 }
 
-TEST_F(DropStorageTest, NumbersAreWrittenWithAPointInACommaLocale) {
+TEST_P(DropStorageTest, NumbersAreWrittenWithAPointInACommaLocale) {
     DecimalSeparatorGuard comma(',');
     DropStorage::saveDrop(con, pvcDrop(20.5, 1.25), 4);
     EXPECT_EQ(databases.projectNumber("SELECT diametro FROM tb_drop"), 20.5);
     EXPECT_EQ(databases.projectNumber("SELECT longitud FROM tb_drop"), 1.25);
 }
+
+INSTANTIATE_TEST_SUITE_P(Engines, PipeMaterialsStorage, allEngines(), EngineNamer());
+INSTANTIATE_TEST_SUITE_P(Engines, DropStorageTest, allEngines(), EngineNamer());
 
 }  // namespace

@@ -15,8 +15,10 @@ class DatabaseBackend;
 /// bracket them in transactions, `Close`.
 ///
 /// Connection strings: `Provider=SQLite;Data Source=<file>` (keys in any case, blanks around
-/// keys and values allowed), a bare file path, or ":memory:". Closing or destroying a
-/// connection with an open transaction rolls the transaction back.
+/// keys and values allowed), a bare file path, or ":memory:" for the embedded SQLite engine; a
+/// `postgresql://` URI or libpq `key=value` pairs (with an optional `schema`) for a PostgreSQL
+/// server (see `PostgresBackend`). Closing or destroying a connection with an open transaction
+/// rolls the transaction back.
 class Connection : public Object {
 public:
     Connection();

@@ -24,11 +24,14 @@ public:
     std::optional<std::string> dataSource() const;
     /// The value of `key` (any case), if present.
     std::optional<std::string> value(std::string_view key) const;
+    /// The connection string as given.
+    const std::string& text() const noexcept { return text_; }
 
 private:
     void add(std::string_view key, std::string value);
 
     std::map<std::string, std::string> values_;
+    std::string text_;
 };
 
 }  // namespace caudalis

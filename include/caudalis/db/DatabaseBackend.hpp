@@ -16,8 +16,9 @@ class DatabaseBackend {
 public:
     virtual ~DatabaseBackend() = default;
 
-    /// Opens the engine named by the settings' provider; `DatabaseError::ProviderNotFound` for
-    /// an engine without a backend.
+    /// Opens the engine the connection string names: PostgreSQL for a string that libpq reads
+    /// (see `PostgresConnectionString`), else the engine of the settings' provider;
+    /// `DatabaseError::ProviderNotFound` for an engine without a backend.
     static std::unique_ptr<DatabaseBackend> open(const ConnectionSettings& settings);
 
     /// Runs one statement (already checked to be a single one). Its effects take place before

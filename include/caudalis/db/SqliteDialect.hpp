@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "caudalis/db/JetStatement.hpp"
+#include "caudalis/db/JetDialect.hpp"
 
 namespace caudalis {
 
@@ -12,25 +12,18 @@ namespace caudalis {
 /// `@@IDENTITY` becomes `last_insert_rowid()`, `true`/`false` become 1/0, a date `#...#`
 /// becomes a text literal, and a table of another database file, `[path].Table`, becomes
 /// `schema.Table` with the schema under which the file is attached.
-class SqliteDialect {
+class SqliteDialect : public JetDialect {
 public:
     /// Attaches (once) the database file at the given path and returns its schema name.
     using SchemaForFile = std::function<std::string(const std::string& path)>;
 
     explicit SqliteDialect(SchemaForFile schemaForFile);
 
-    std::string rewrite(const JetStatement& statement) const;
-
-    /// Whether a bracketed name followed by "." names a database file rather than a table:
-    /// it holds a path separator, a drive colon or a file extension point.
-    static bool namesDatabaseFile(std::string_view bracketed);
-
-    /// Rewrites identity, truth values and dates in a piece of code outside quotes.
-    static std::string rewriteCode(std::string_view code);
+protected:
+    std::string rewriteWord(std::string_view word) const override;
+    std::string schemaFor(const std::string& reference) const override;
 
 private:
-    std::string rewriteBracketed(const JetSqlSegment& segment, const JetSqlSegment* next) const;
-
     SchemaForFile schemaForFile_;
 };
 

@@ -1,0 +1,9 @@
+#include "TestEngine.hpp"
+
+namespace caudalis::testing {
+
+std::string engineName(TestEngine engine) {
+    return engine == TestEngine::Sqlite ? "SQLite" : "PostgreSQL";
+}
+
+}  // namespace caudalis::testing

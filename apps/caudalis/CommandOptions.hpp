@@ -19,7 +19,6 @@ struct CommandLine::Options {
     // design
     std::string designPath;
     std::string csvPath;
-    std::string plotPath;
     std::optional<std::string> chartName;
     std::optional<long> system;
     long maxPasses = 1000;

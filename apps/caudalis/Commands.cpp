@@ -19,7 +19,6 @@
 #include "EvaluationReport.hpp"
 #include "EvaluationStore.hpp"
 #include "JsonReport.hpp"
-#include "PlotReport.hpp"
 #include "ProjectSetup.hpp"
 #include "ReadingsFile.hpp"
 #include "TextReport.hpp"
@@ -71,9 +70,6 @@ void CommandLine::runInit() {
 
 void CommandLine::runDesign() {
     const auto& o = *options_;
-    if (!o.plotPath.empty()) {
-        PlotReport::requireSupportedFormat(o.plotPath);
-    }
     const auto design = DesignFile::load(o.designPath);
     std::unique_ptr<ChartStore> store;
     Long system = 0;
@@ -91,9 +87,6 @@ void CommandLine::runDesign() {
     }
     if (!o.csvPath.empty()) {
         CsvReport::writeFile(o.csvPath, result);
-    }
-    if (!o.plotPath.empty()) {
-        PlotReport::writeFile(o.plotPath, result);
     }
     if (result.summary.unfittedOutlets > 0) {
         note(fmt::format("warning: {} outlets have no nozzle within the tolerance",

@@ -170,12 +170,9 @@ TEST_F(CommandLineTest, DesignAsJsonUsesTheRecordFieldNames) {
     EXPECT_EQ(document["summary"]["peak_application_rates"].size(), 2u);
 }
 
-TEST_F(CommandLineTest, DesignWritesCsvAndPlots) {
+TEST_F(CommandLineTest, DesignWritesCsv) {
     const auto csv = temporary("outlets.csv");
-    const auto png = temporary("plot.png");
-    const auto svg = temporary("plot.SVG");
-    ASSERT_EQ(run({"design", example("hilly"), "--catalogue", "c", "--csv", csv, "--plot", png}).exitCode, 0);
-    ASSERT_EQ(run({"design", example("small"), "--catalogue", "c", "--plot", svg}).exitCode, 0);
+    ASSERT_EQ(run({"design", example("hilly"), "--catalogue", "c", "--csv", csv}).exitCode, 0);
     const auto table = readFile(csv);
     EXPECT_EQ(
         table.rfind(
@@ -184,15 +181,6 @@ TEST_F(CommandLineTest, DesignWritesCsvAndPlots) {
     const auto lines = std::count(table.begin(), table.end(), '\n');
     EXPECT_EQ(lines, 1 + 4 * 20 + 17 + 4);
     EXPECT_NE(table.find("\"Rotaflux\",\"RF Rotator\""), std::string::npos);
-    EXPECT_EQ(readFile(png).substr(0, 8), std::string("\x89PNG\r\n\x1a\n", 8));
-    EXPECT_NE(readFile(svg).find("<svg"), std::string::npos);
-}
-
-TEST_F(CommandLineTest, PlotNeedsAKnownExtension) {
-    const auto result = run({"design", example("small"), "--catalogue", "c", "--plot", "out.pdf"});
-    EXPECT_EQ(result.exitCode, ExitCode::Usage);
-    EXPECT_EQ(result.err, "caudalis: --plot: out.pdf must end in .png or .svg\n");
-    EXPECT_TRUE(result.out.empty());
 }
 
 TEST_F(CommandLineTest, UnwritableOutputNamesTheFile) {

@@ -20,7 +20,7 @@ protected:
             "REAL)");
     }
 
-    testing::TemporaryFolder folder;
+    caudalis::testing::TemporaryFolder folder;
     Connection catalogue;
 };
 

@@ -13,6 +13,7 @@
 #include "DatabaseChartStore.hpp"
 #include "PlainText.hpp"
 #include "caudalis/core/Error.hpp"
+#include "caudalis/design/DesignError.hpp"
 
 namespace caudalis::cli {
 
@@ -91,6 +92,9 @@ void CommandLine::defineDesign(CLI::App& app) {
         ->check(CLI::Range(1L, maxSystem));
     design->add_flag("--json", o.json, "print the whole result as JSON instead of the chart");
     design->add_option("--csv", o.csvPath, "also write the outlets as CSV to this file");
+    design->add_option("--report", o.reportPath,
+                       "also write the whole printout with its plots as one HTML page (opens offline, prints "
+                       "to PDF)");
     design->add_option("--max-passes", o.maxPasses, "give up after this many passes of the march")
         ->check(CLI::PositiveNumber)
         ->capture_default_str();
@@ -174,6 +178,10 @@ int CommandLine::run(int argc, const char* const* argv) {
     } catch (const CliError& error) {
         note(error.what());
         return error.exitCode();
+    } catch (const design::DesignError& error) {
+        note(error.what());
+        return error.kind() == design::DesignError::Kind::NotSettled ? ExitCode::NotSettled
+                                                                     : ExitCode::BadInput;
     } catch (const Error& error) {
         note(fmt::format("the computation failed: {} (error {})", error.description(), error.number()));
         return ExitCode::BadInput;

@@ -25,6 +25,14 @@ std::vector<double> PipePressures::ofSpan(const tramo& span, double roughnessC) 
     return pressures;
 }
 
+double PipePressures::elevationGain(const tramo& span) {
+    return span.site.end_cota - span.site.start_cota;
+}
+
+double PipePressures::frictionLoss(const tramo& span) {
+    return span.entry_conditions.pressao - span.exit_condition.pressao - elevationGain(span) * 10.0;
+}
+
 std::vector<double> PipePressures::of(const pivot& machine) {
     const auto pivots = Pivots::shared();
     std::vector<double> pressures;

@@ -12,9 +12,9 @@
 
 #include "CliErrors.hpp"
 #include "CommandLine.hpp"
-#include "InMemoryNozzleSource.hpp"
 #include "SampleNozzles.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
+#include "caudalis/design/InMemoryNozzleSource.hpp"
 
 using namespace caudalis;
 using namespace caudalis::cli;
@@ -76,7 +76,7 @@ protected:
     Services inMemory() {
         return {[this](const std::string& path) {
                     lastCataloguePath = path;
-                    return std::make_unique<InMemoryNozzleSource>(clitest::sampleNozzles());
+                    return std::make_unique<design::InMemoryNozzleSource>(caudalis::testing::sampleNozzles());
                 },
                 [this](const std::string&, const std::string&) {
                     struct Forwarding : ChartStore {
@@ -114,7 +114,7 @@ protected:
     Outcome run(std::vector<std::string> args) { return run(std::move(args), inMemory()); }
 
     std::string example(const std::string& name) {
-        return clitest::sourcePath("examples/designs/" + name + ".json");
+        return caudalis::testing::sourcePath("examples/designs/" + name + ".json");
     }
     std::string temporary(const std::string& name) {
         const auto path =
@@ -141,8 +141,9 @@ TEST_F(CommandLineTest, DesignPrintsTheSprinklerChart) {
     EXPECT_EQ(lastCataloguePath, "sample.db");
     for (const char* expected :
          {"Sprinkler chart: Home farm north pivot, 7 spans (system 400)", "Spans", "Outlets", "Summary",
-          "Computed discharge", "End gun", "Peak application rate", "Uniformity CU (Heermann-Hein)",
-          "Uniformity DU (low quarter)", "   7-19 ", "    gun ", "Vellora VL Gun"}) {
+          "Computed discharge", "End gun", "Peak application rate", "CU Heermann-Hein, per-outlet depths",
+          "DU low quarter, per-outlet depths", "CU Heermann-Hein, application profile", "\n7-19 ", "\ngun ",
+          "Vellora VL Gun", "Timer settings", "Runoff", "Verdict"}) {
         EXPECT_NE(result.out.find(expected), std::string::npos) << expected;
     }
     // Outlets near the centre have no nozzle: a warning, but success.

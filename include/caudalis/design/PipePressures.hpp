@@ -20,6 +20,10 @@ public:
     static std::vector<double> of(const pivot& machine);
     /// The pipe pressures of one computed span's outlets.
     static std::vector<double> ofSpan(const tramo& span, double roughnessC);
+    /// The span's ground gain from its start to its end (m; negative downhill).
+    static double elevationGain(const tramo& span);
+    /// The span's friction loss: entry less exit pressure less the gain (x 10 kPa per m).
+    static double frictionLoss(const tramo& span);
 };
 
 }  // namespace caudalis::design

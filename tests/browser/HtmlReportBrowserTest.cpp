@@ -7,8 +7,13 @@
 #include <sstream>
 
 #include "HeadlessChromium.hpp"
+#include "SampleNozzles.hpp"
 #include "TemporaryFolder.hpp"
+#include "caudalis/design/DesignFile.hpp"
+#include "caudalis/design/DesignPrintout.hpp"
+#include "caudalis/design/DesignRunner.hpp"
 #include "caudalis/design/HtmlReport.hpp"
+#include "caudalis/design/InMemoryNozzleSource.hpp"
 
 using namespace caudalis::design;
 using caudalis::testing::HeadlessChromium;
@@ -153,5 +158,43 @@ TEST_F(HtmlReportInBrowser, PrintsToPdfOnNumberedPages) {
     EXPECT_NE(text.find("Browser check <report> & plots"), std::string::npos);
     EXPECT_NE(text.find("1-150"), std::string::npos) << "the last table row is printed";
     EXPECT_NE(text.find("Page 1 of " + std::to_string(pages)), std::string::npos);
+    EXPECT_NE(text.find("Page " + std::to_string(pages) + " of " + std::to_string(pages)), std::string::npos);
+}
+
+namespace {
+
+std::string designReport(TemporaryFolder& folder) {
+    using namespace caudalis::design;
+    InMemoryNozzleSource source(caudalis::testing::sampleNozzles(), {{1, 12}, {2, 16}, {3, 14}, {4, 66}});
+    const auto result = DesignRunner().run(
+        DesignFile::load(caudalis::testing::sourcePath("examples/designs/realistic.json")), source);
+    const auto path = folder.file("design.html");
+    HtmlReport::writeFile(path, DesignPrintout::document(result, Units(UnitSystem::SI), true));
+    return path;
+}
+
+}  // namespace
+
+TEST(DesignReportInBrowser, DrawsThePlotsAndPrintsTheWholePrintoutOnNumberedPages) {
+    TemporaryFolder folder;
+    const auto html = designReport(folder);
+    const auto png = folder.file("design.png");
+    const HeadlessChromium offline({"--host-resolver-rules=MAP * ~NOTFOUND"});
+    ASSERT_EQ(offline.screenshot(html, png, 1300, 3200), 0);
+    // The first series of each plot (pipe pressure, required flow, ground, depth, peak rate)
+    // is drawn in the palette's first colour, plot after plot down the page.
+    const auto pixels = colourPixels(png, {blue, red});
+    EXPECT_GT(pixels[0].count, 5000);
+    EXPECT_GT(pixels[0].lastRow - pixels[0].firstRow, 1500);
+    EXPECT_GT(pixels[1].count, 2000);
+    const auto pdf = folder.file("design.pdf");
+    ASSERT_EQ(HeadlessChromium().printToPdf(html, pdf), 0);
+    const int pages = pdfPages(pdf);
+    ASSERT_GE(pages, 5);
+    const auto text = pdfText(pdf);
+    for (const char* expected : {"Verdict", "Timer settings", "Runoff", "7-19", "gun", "Outlets", "Spans",
+                                 "CU Heermann-Hein, application profile"}) {
+        EXPECT_NE(text.find(expected), std::string::npos) << expected;
+    }
     EXPECT_NE(text.find("Page " + std::to_string(pages) + " of " + std::to_string(pages)), std::string::npos);
 }

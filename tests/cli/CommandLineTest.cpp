@@ -184,6 +184,24 @@ TEST_F(CommandLineTest, DesignWritesCsv) {
     EXPECT_NE(table.find("\"Rotaflux\",\"RF Rotator\""), std::string::npos);
 }
 
+TEST_F(CommandLineTest, DesignWritesTheHtmlReport) {
+    const auto html = temporary("report.html");
+    const auto result = run({"design", example("hilly"), "--catalogue", "c", "--report", html});
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    const auto page = readFile(html);
+    EXPECT_EQ(page.rfind("<!DOCTYPE html>", 0), 0u);
+    EXPECT_NE(
+        page.find("<title>Sprinkler chart: Hillside pivot with regulators and drops (system 5)</title>"),
+        std::string::npos);
+    EXPECT_NE(page.find("caudalisPlot(\"plot-1\""), std::string::npos);
+    EXPECT_NE(page.find("Vellora PR-20"), std::string::npos);
+    const auto refused =
+        run({"design", example("small"), "--catalogue", "c", "--report", "/nonexistent/r.html"});
+    EXPECT_EQ(refused.exitCode, ExitCode::BadInput);
+    EXPECT_NE(refused.err.find("cannot write HTML report file /nonexistent/r.html"), std::string::npos)
+        << refused.err;
+}
+
 TEST_F(CommandLineTest, UnwritableOutputNamesTheFile) {
     const auto result = run({"design", example("small"), "--catalogue", "c", "--csv", "/nonexistent/x.csv"});
     EXPECT_EQ(result.exitCode, ExitCode::BadInput);

@@ -128,6 +128,7 @@ void CommandLine::runDesign() {
     }
     if (store) {
         const auto id = store->saveAsNew(result.chart, *o.chartName, system);
+        store->saveFigures(id, design::ChartFigures::of(result));
         note(fmt::format("chart \"{}\" stored in system {} with id {}", *o.chartName, system, id));
     }
 }

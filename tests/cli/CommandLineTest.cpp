@@ -50,9 +50,15 @@ public:
         chart->id(id);
         chart->setNome("found");
         chart->setEndGunBoost(120);
-        return LoadedChart{chart, 8, 2};
+        return LoadedChart{chart, 8, 2, std::nullopt};
     }
     void destroy(Long id) override { destroyed = id; }
+    void saveFigures(Long id, const design::ChartFigures& figures) override {
+        figuresId = id;
+        savedFigures = figures;
+    }
+    Long figuresId = 0;
+    design::ChartFigures savedFigures;
 };
 
 struct Outcome {
@@ -93,6 +99,9 @@ protected:
                         }
                         LoadedChart find(Long id) override { return target->find(id); }
                         void destroy(Long id) override { target->destroy(id); }
+                        void saveFigures(Long id, const design::ChartFigures& f) override {
+                            target->saveFigures(id, f);
+                        }
                     };
                     auto forwarding = std::make_unique<Forwarding>();
                     forwarding->target = store;
@@ -223,6 +232,11 @@ TEST_F(CommandLineTest, SaveHandsTheChartToTheStore) {
     EXPECT_EQ(store->savedName, "North 2024");
     EXPECT_EQ(store->savedSystem, 400);
     EXPECT_DOUBLE_EQ(store->saved->getEndGunBoost(), 150);
+    // The timer table and the outlet figures go with the chart.
+    EXPECT_EQ(store->figuresId, 42);
+    EXPECT_EQ(store->savedFigures.speeds.tempoH100, 20);
+    ASSERT_FALSE(store->savedFigures.outlets.empty());
+    EXPECT_EQ(store->savedFigures.outlets.back().outlet, "gun");
     EXPECT_NE(result.err.find("caudalis: chart \"North 2024\" stored in system 400 with id 42"),
               std::string::npos);
     // The JSON on stdout stays clean.

@@ -2,7 +2,8 @@
 """Writes the sample sprinkler catalogue and the sample pipe materials of Caudalis.
 
 Outputs (SQL that works on SQLite and PostgreSQL alike, safe to load more than once):
-  data/sample/catalogue-data.sql   brands, models and nozzles for the catalogue database
+  data/sample/catalogue-data.sql   brands, models, nozzles and the models' wetted diameters
+                                   for the catalogue database
   data/sample/pipe-materials.sql   pipe materials for the project database
 
 Every nozzle follows the orifice law q = Cd * A * sqrt(2 * g * h), written in the
@@ -80,26 +81,29 @@ class Model:
     pmin: float  # kPa
     pmax: float  # kPa
     series: object
+    wetted_diameter: float  # m, the diameter of ground one sprinkler wets at its usual pressure
 
 
 BRANDS = ("Aquarion", "Rotaflux", "Nimbra", "Vellora")
 
+# Wetted diameters are typical of the kind: sprays 8-18 m, rotating and wobbling plates 12-22 m,
+# impact sprinklers 20-30 m, end guns 50-80 m.
 MODELS = (
     # Low-pressure sprays and rotators for the spans.
-    Model("Aquarion", "LDN-360 Spray", 0.96, 40.0, 140.0, InchSeries(6, 62)),
-    Model("Aquarion", "R3000 Rotator", 0.97, 70.0, 280.0, InchSeries(10, 52)),
-    Model("Aquarion", "iWob Wobbler", 0.965, 40.0, 200.0, MillimetreSeries(200, 800, 20)),
-    Model("Rotaflux", "RX Spinner", 0.97, 50.0, 300.0, MillimetreSeries(100, 600, 10)),
-    Model("Rotaflux", "RX Spinner HF", 0.97, 50.0, 300.0, MillimetreSeries(600, 1500, 25)),
-    Model("Nimbra", "Drift D3 Spray", 0.98, 40.0, 140.0, MillimetreSeries(120, 480, 10)),
-    Model("Vellora", "VS-10 Spray", 0.965, 40.0, 140.0, InchSeries(10, 28)),
+    Model("Aquarion", "LDN-360 Spray", 0.96, 40.0, 140.0, InchSeries(6, 62), 12.0),
+    Model("Aquarion", "R3000 Rotator", 0.97, 70.0, 280.0, InchSeries(10, 52), 16.0),
+    Model("Aquarion", "iWob Wobbler", 0.965, 40.0, 200.0, MillimetreSeries(200, 800, 20), 14.0),
+    Model("Rotaflux", "RX Spinner", 0.97, 50.0, 300.0, MillimetreSeries(100, 600, 10), 15.0),
+    Model("Rotaflux", "RX Spinner HF", 0.97, 50.0, 300.0, MillimetreSeries(600, 1500, 25), 18.0),
+    Model("Nimbra", "Drift D3 Spray", 0.98, 40.0, 140.0, MillimetreSeries(120, 480, 10), 10.0),
+    Model("Vellora", "VS-10 Spray", 0.965, 40.0, 140.0, InchSeries(10, 28), 11.0),
     # Impact sprinklers.
-    Model("Rotaflux", "I-45 Impact", 0.95, 100.0, 400.0, MillimetreSeries(300, 1000, 25)),
-    Model("Vellora", "VI-20 Impact", 0.95, 100.0, 350.0, InchSeries(12, 40)),
+    Model("Rotaflux", "I-45 Impact", 0.95, 100.0, 400.0, MillimetreSeries(300, 1000, 25), 26.0),
+    Model("Vellora", "VI-20 Impact", 0.95, 100.0, 350.0, InchSeries(12, 40), 24.0),
     # End guns.
-    Model("Nimbra", "SR-100 End Gun", 0.96, 200.0, 600.0, MillimetreSeries(1000, 2500, 50)),
-    Model("Nimbra", "SR-75 End Gun", 0.955, 200.0, 550.0, MillimetreSeries(800, 1800, 50)),
-    Model("Vellora", "Big Gun 85", 0.96, 200.0, 600.0, MillimetreSeries(1200, 2400, 100)),
+    Model("Nimbra", "SR-100 End Gun", 0.96, 200.0, 600.0, MillimetreSeries(1000, 2500, 50), 70.0),
+    Model("Nimbra", "SR-75 End Gun", 0.955, 200.0, 550.0, MillimetreSeries(800, 1800, 50), 60.0),
+    Model("Vellora", "Big Gun 85", 0.96, 200.0, 600.0, MillimetreSeries(1200, 2400, 100), 66.0),
 )
 
 # Hazen-Williams coefficient C of the drop-hose materials, whole numbers.
@@ -159,6 +163,17 @@ def model_insert(model):
     )
 
 
+def wetted_diameter_insert(model):
+    return (
+        "INSERT INTO model_wetted_diameters (id_modelo, wetted_diameter_m) "
+        f"SELECT Modelos.id_modelo, {number(model.wetted_diameter)} "
+        "FROM Modelos INNER JOIN marca ON Modelos.id_marca = marca.id_marca "
+        f"WHERE marca.nome = {quote(model.brand)} AND Modelos.modelo = {quote(model.name)} "
+        "AND NOT EXISTS (SELECT 1 FROM model_wetted_diameters "
+        "WHERE model_wetted_diameters.id_modelo = Modelos.id_modelo);"
+    )
+
+
 def nozzle_insert(model, designation, diameter):
     a = flow_coefficient(model.discharge_coefficient, diameter)
     values = ", ".join(
@@ -205,6 +220,8 @@ def catalogue_lines():
     lines += [brand_insert(brand) for brand in BRANDS]
     lines.append("")
     lines += [model_insert(model) for model in MODELS]
+    lines += ["", "-- Wetted diameter of each model (m)."]
+    lines += [wetted_diameter_insert(model) for model in MODELS]
     for model in MODELS:
         lines += ["", model_comment(model)]
         lines += [nozzle_insert(model, *nozzle) for nozzle in model.series.nozzles()]

@@ -11,7 +11,9 @@ namespace caudalis::cli {
 
 namespace {
 
-constexpr const char* columnNames[] = {"brand", "model", "nozzle", "a", "b", "pmin", "pmax", "qmin", "qmax"};
+constexpr const char* columnNames[] = {"brand", "model", "nozzle", "a",    "b",
+                                       "pmin",  "pmax",  "qmin",   "qmax", "wetted_diameter_m"};
+constexpr std::size_t requiredColumns = 9;
 constexpr std::size_t columnCount = std::size(columnNames);
 
 std::string name(const std::string& field, const std::string& where, const char* column) {
@@ -64,10 +66,11 @@ std::vector<std::string> CatalogueCsv::fields(const std::string& line) {
 }
 
 CatalogueRow CatalogueCsv::row(const std::vector<std::string>& fields, const std::string& where) {
-    if (fields.size() != columnCount) {
+    if (fields.size() != requiredColumns && fields.size() != columnCount) {
         throw InputError(where + ": " + std::to_string(fields.size()) + " fields, expected " +
-                         std::to_string(columnCount) +
-                         " (brand, model, nozzle, a, b, pmin, pmax, qmin, qmax)");
+                         std::to_string(requiredColumns) +
+                         " (brand, model, nozzle, a, b, pmin, pmax, qmin, qmax) or " +
+                         std::to_string(columnCount) + " (and wetted_diameter_m)");
     }
     CatalogueRow row;
     row.brand = name(fields[0], where, columnNames[0]);
@@ -79,6 +82,9 @@ CatalogueRow CatalogueCsv::row(const std::vector<std::string>& fields, const std
     }
     requireOrdered(row.pmin, row.pmax, where, "pmin", "pmax");
     requireOrdered(row.qmin, row.qmax, where, "qmin", "qmax");
+    if (fields.size() == columnCount && !withoutBlanksAround(fields.back()).empty()) {
+        row.wettedDiameterM = positive(fields.back(), where, columnNames[columnCount - 1]);
+    }
     return row;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,10 +18,13 @@ struct CatalogueRow {
     double pmax = 0;
     double qmin = 0;
     double qmax = 0;
+    /// The model's wetted diameter (m), from the optional tenth column.
+    std::optional<double> wettedDiameterM;
 };
 
 /// A catalogue CSV file: one nozzle a row, the columns brand, model, nozzle, a, b, pmin,
-/// pmax, qmin, qmax (flow law q = a * p^b, pressures in kPa, flows in l/s). Fields may be put
+/// pmax, qmin, qmax (flow law q = a * p^b, pressures in kPa, flows in l/s), and optionally
+/// wetted_diameter_m, the model's wetted diameter in metres (may be blank). Fields may be put
 /// between double quotes (a doubled quote stands for one); an optional first row whose first
 /// field is "brand" names the columns; blank lines are skipped. Every row is checked before
 /// anything is imported; the first bad one raises `InputError` naming the file, line and column.

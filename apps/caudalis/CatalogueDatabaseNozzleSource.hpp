@@ -3,7 +3,9 @@
 #include <string>
 
 #include "CatalogueDatabase.hpp"
+#include "caudalis/db/Connection.hpp"
 #include "caudalis/design/NozzleSource.hpp"
+#include "caudalis/design/WettedDiameters.hpp"
 
 namespace caudalis::cli {
 
@@ -14,6 +16,12 @@ public:
     explicit CatalogueDatabaseNozzleSource(std::string databasePath) : catalogue_(std::move(databasePath)) {}
     CollectionRef nozzles(const design::NozzleSelection& selection) override {
         return catalogue_.nozzles(selection);
+    }
+    /// The catalogue's `model_wetted_diameters`; none for a catalogue made without that table.
+    std::map<Long, double> wettedDiameters() override {
+        Connection connection(catalogue_.file().connectionString());
+        connection.Open();
+        return design::WettedDiameters::load(connection);
     }
     const std::string& databasePath() const noexcept { return catalogue_.file().path(); }
 

@@ -14,6 +14,7 @@
 #include "caudalis/core/Error.hpp"
 #include "caudalis/core/Statics.hpp"
 #include "caudalis/db/Connection.hpp"
+#include "caudalis/design/WettedDiameters.hpp"
 
 namespace caudalis::cli {
 
@@ -83,6 +84,24 @@ std::shared_ptr<Aspersor> nozzleOf(const CatalogueRow& row, const modelo& model)
                                                              row.qmin, row.qmax, model);
 }
 
+/// Stores the wetted diameters the rows give, the last one given for a model winning.
+void storeWettedDiameters(const std::string& connection, const std::string& cataloguePath,
+                          const KnownNames& known, const std::vector<CatalogueRow>& rows) {
+    Connection catalogue(connection);
+    catalogue.Open();
+    for (const auto& row : rows) {
+        if (!row.wettedDiameterM) {
+            continue;
+        }
+        if (!design::WettedDiameters::available(catalogue)) {
+            throw InputError("catalogue database " + cataloguePath +
+                             " has no table for wetted diameters: load data/schema/catalogue.sql into it "
+                             "again (it adds the table and keeps every row)");
+        }
+        design::WettedDiameters::store(catalogue, known.modelOf(row).id, *row.wettedDiameterM);
+    }
+}
+
 }  // namespace
 
 CatalogueImport::CatalogueImport(std::string cataloguePath, std::ostream& progress, bool showProgress)
@@ -112,6 +131,7 @@ ImportSummary CatalogueImport::importInto(const std::string& copyPath,
         summary.nozzles += 1;
         bar.advance();
     }
+    storeWettedDiameters(connection, cataloguePath_, known, rows);
     return summary;
 }
 

@@ -6,6 +6,7 @@
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
 #include "caudalis/charts/MountedAspersor.hpp"
+#include "caudalis/design/ReportLabels.hpp"
 #include "caudalis/hydraulics/ReguladorPression.hpp"
 
 namespace caudalis::cli {
@@ -60,17 +61,45 @@ void ChartReport::writeAccessories(std::ostream& out, CartaAspersores& chart) {
     }
 }
 
-void ChartReport::writeNozzles(std::ostream& out, const CartaAspersores& chart) {
+void ChartReport::writeNozzles(std::ostream& out, const CartaAspersores& chart,
+                               const std::optional<design::ChartFigures>& figures) {
     const auto& mounted = chart.mountedAspersores();
     fmt::print(out, "Mounted nozzles: {}\n", mounted->Count());
-    fmt::print(out, "{:>7}  {:<12} {:<16} {:<14} {:>6}\n", "outlet", "brand", "model", "nozzle", "id");
+    fmt::print(out, "{:>7}  {:<12} {:<16} {:<14} {:>6} {:>10} {:>9} {:>9} {:>10} {:>10}\n", "outlet", "brand",
+               "model", "nozzle", "id", "distance m", "pipe kPa", "act kPa", "req l/s", "q l/s");
     for (Long i = 1; i <= mounted->Count(); ++i) {
         const auto entry = mounted->objectAt<MountedAspersor>(i);
-        const auto place = entry->saida();
+        const auto label = design::outletLabel(entry->saida());
         const auto nozzle = entry->Aspersor();
-        fmt::print(out, "{:>7}  {:<12} {:<16} {:<14} {:>6}\n",
-                   fmt::format("{}-{}", place.numeroTramo, place.saida), nozzle->marca().nome,
-                   nozzle->modelo().nome, nozzle->nome(), nozzle->id());
+        fmt::print(out, "{:>7}  {:<12} {:<16} {:<14} {:>6} {}\n", label, nozzle->marca().nome,
+                   nozzle->modelo().nome, nozzle->nome(), nozzle->id(), figuresText(figures, label));
+    }
+}
+
+std::string ChartReport::figuresText(const std::optional<design::ChartFigures>& figures,
+                                     const std::string& label) {
+    if (!figures) {
+        return "";
+    }
+    for (const auto& o : figures->outlets) {
+        if (o.outlet == label) {
+            return fmt::format("{:>10.2f} {:>9.1f} {:>9.1f} {:>10.4f} {:>10.4f}", o.distanceM, o.pipeKpa,
+                               o.actingKpa, o.requiredLps, o.deliveredLps);
+        }
+    }
+    return "";
+}
+
+void ChartReport::writeTimer(std::ostream& out, const std::optional<design::ChartFigures>& figures) {
+    if (!figures || figures->speeds.tempoH100 <= 0) {
+        return;
+    }
+    fmt::print(out, "Timer settings\n{:>8} {:>10} {:>12} {:>10}\n", "timer %", "hours", "tower m/h",
+               "depth mm");
+    for (Long i = 1; i <= 10; ++i) {
+        const auto& row = figures->speeds.velocidades(i);
+        fmt::print(out, "{:>8.0f} {:>10.1f} {:>12.1f} {:>10.2f}\n", row.percentagem, row.tempoDeUmaVolta,
+                   row.velocidadeLinear, row.dotacao);
     }
 }
 
@@ -78,7 +107,8 @@ void ChartReport::write(std::ostream& out, const LoadedChart& loaded) {
     auto& chart = *loaded.chart;
     fmt::print(out, "Chart {}: {} (system {})\n", chart.id(), chart.getNome(), loaded.system);
     writeAccessories(out, chart);
-    writeNozzles(out, chart);
+    writeNozzles(out, chart, loaded.figures);
+    writeTimer(out, loaded.figures);
 }
 
 }  // namespace caudalis::cli

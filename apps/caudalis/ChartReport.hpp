@@ -15,7 +15,12 @@ public:
 
 private:
     static void writeAccessories(std::ostream& out, CartaAspersores& chart);
-    static void writeNozzles(std::ostream& out, const CartaAspersores& chart);
+    /// Every mounted nozzle with its outlet's stored distance, pressures and flows.
+    static void writeNozzles(std::ostream& out, const CartaAspersores& chart,
+                             const std::optional<design::ChartFigures>& figures);
+    static std::string figuresText(const std::optional<design::ChartFigures>& figures,
+                                   const std::string& label);
+    static void writeTimer(std::ostream& out, const std::optional<design::ChartFigures>& figures);
 };
 
 }  // namespace caudalis::cli

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "caudalis/core/Records.hpp"
+#include "caudalis/design/ChartFigures.hpp"
 
 namespace caudalis {
 class CartaAspersores;
@@ -25,6 +26,8 @@ struct LoadedChart {
     std::shared_ptr<CartaAspersores> chart;
     Long system = 0;
     long missingNozzles = 0;
+    /// The design's timer table and outlet figures stored beside the chart, when there are any.
+    std::optional<design::ChartFigures> figures;
 };
 
 /// Where sprinkler charts are kept: the project database through `CartaAspersoresStatic`
@@ -37,6 +40,9 @@ public:
     /// Stores the chart under `name` as a new chart of `system` and returns its key.
     virtual Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name,
                            Long system) = 0;
+    /// Stores the design's figures beside the stored chart `id`; on failure the chart is
+    /// deleted again, so that nothing is left half-stored.
+    virtual void saveFigures(Long id, const design::ChartFigures& figures) = 0;
     /// The charts of `system`, or of every system.
     virtual std::vector<StoredChart> list(std::optional<Long> system) = 0;
     /// The chart `id`; raises `InputError` when there is none.

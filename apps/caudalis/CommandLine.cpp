@@ -103,7 +103,9 @@ void CommandLine::defineDesign(CLI::App& app) {
         ->check(CLI::Range(1L, maxSystem));
     design->add_flag("--json", o.json, "print the whole result as JSON instead of the chart");
     design->add_option("--csv", o.csvPath, "also write the outlets as CSV to this file");
-    design->add_option("--plot", o.plotPath, "also draw pressure, flow and depth to this .png or .svg file");
+    design->add_option("--report", o.reportPath,
+                       "also write the whole printout with its plots as one HTML page (opens offline, prints "
+                       "to PDF)");
     design->add_option("--max-passes", o.maxPasses, "give up after this many passes of the march")
         ->check(CLI::PositiveNumber)
         ->capture_default_str();

@@ -21,7 +21,7 @@ struct CommandLine::Options {
     // design
     std::string designPath;
     std::string csvPath;
-    std::string plotPath;
+    std::string reportPath;
     std::optional<std::string> chartName;
     std::optional<long> system;
     long maxPasses = 1000;

@@ -16,7 +16,6 @@
 #include "EvaluationReport.hpp"
 #include "EvaluationStore.hpp"
 #include "OutputFile.hpp"
-#include "PlotReport.hpp"
 #include "ProjectSetup.hpp"
 #include "ReadingsFile.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
@@ -24,7 +23,9 @@
 #include "caudalis/design/CsvReport.hpp"
 #include "caudalis/design/DesignError.hpp"
 #include "caudalis/design/DesignFile.hpp"
+#include "caudalis/design/DesignPrintout.hpp"
 #include "caudalis/design/DesignRunner.hpp"
+#include "caudalis/design/HtmlReport.hpp"
 #include "caudalis/design/JsonReport.hpp"
 #include "caudalis/design/TextReport.hpp"
 
@@ -66,6 +67,12 @@ void writeCsv(const std::string& path, const design::DesignResult& result) {
     file.close();
 }
 
+void writeReport(const std::string& path, const design::ReportDocument& document) {
+    OutputFile file(path, "HTML report");
+    file.stream() << design::HtmlReport::render(document);
+    file.close();
+}
+
 /// Runs the design, naming the option that bounds the passes when it does not settle.
 design::DesignResult computeDesign(const design::DesignDescription& description,
                                    design::NozzleSource& nozzles, long maxPasses) {
@@ -92,9 +99,6 @@ void CommandLine::runInit() {
 
 void CommandLine::runDesign() {
     const auto& o = *options_;
-    if (!o.plotPath.empty()) {
-        PlotReport::requireSupportedFormat(o.plotPath);
-    }
     const auto description = design::DesignFile::load(o.designPath);
     std::unique_ptr<ChartStore> store;
     Long system = 0;
@@ -113,8 +117,9 @@ void CommandLine::runDesign() {
     if (!o.csvPath.empty()) {
         writeCsv(o.csvPath, result);
     }
-    if (!o.plotPath.empty()) {
-        PlotReport::writeFile(o.plotPath, result);
+    if (!o.reportPath.empty()) {
+        writeReport(o.reportPath,
+                    design::DesignPrintout::document(result, design::Units(description.units), true));
     }
     for (const auto& finding : result.findings) {
         if (finding.severity != design::Severity::Note) {
@@ -123,6 +128,7 @@ void CommandLine::runDesign() {
     }
     if (store) {
         const auto id = store->saveAsNew(result.chart, *o.chartName, system);
+        store->saveFigures(id, design::ChartFigures::of(result));
         note(fmt::format("chart \"{}\" stored in system {} with id {}", *o.chartName, system, id));
     }
 }

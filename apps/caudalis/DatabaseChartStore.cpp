@@ -8,6 +8,7 @@
 #include "caudalis/core/Error.hpp"
 #include "caudalis/core/Errors.hpp"
 #include "caudalis/core/Statics.hpp"
+#include "caudalis/db/Connection.hpp"
 
 namespace caudalis::cli {
 
@@ -112,11 +113,34 @@ LoadedChart DatabaseChartStore::find(Long id) {
     const auto stored = project_.wholeNumbers(
         "SELECT count(*) as n FROM tb_aspersores WHERE id_carta=" + std::to_string(id), "n");
     const long missing = stored.front() - static_cast<long>(chart->mountedAspersores()->Count());
-    return LoadedChart{chart, system, missing};
+    const auto figures = onProject("read the chart's figures", [&](const std::string& connection) {
+        Connection project(connection);
+        project.Open();
+        return design::ChartFigures::load(project, id);
+    });
+    return LoadedChart{chart, system, missing, figures};
+}
+
+void DatabaseChartStore::saveFigures(Long id, const design::ChartFigures& figures) {
+    try {
+        Connection project(project_.connectionString());
+        project.Open();
+        design::ChartFigures::save(project, id, figures);
+    } catch (const Error& error) {
+        charts()->destroy(project_.connectionString(), static_cast<Integer>(id));
+        throw InputError("cannot store the chart's figures in project database " + project_.path() + ": " +
+                         error.description() + "; the chart was not stored");
+    }
 }
 
 void DatabaseChartStore::destroy(Long id) {
     systemOf(id);
+    onProject("delete the chart's figures", [&](const std::string& connection) {
+        Connection project(connection);
+        project.Open();
+        design::ChartFigures::erase(project, id);
+        return 0;
+    });
     onProject("delete the chart", [&](const std::string& connection) {
         charts()->destroy(connection, static_cast<Integer>(id));
         return 0;

@@ -19,6 +19,7 @@ public:
     std::vector<StoredChart> list(std::optional<Long> system) override;
     LoadedChart find(Long id) override;
     void destroy(Long id) override;
+    void saveFigures(Long id, const design::ChartFigures& figures) override;
 
 private:
     /// Runs a library call on the project database, turning its errors into `InputError`.

@@ -1,7 +1,6 @@
 #include <iostream>
 
 #include "CommandLine.hpp"
-#include "SanitizerSuppressions.hpp"
 
 int main(int argc, char** argv) {
     caudalis::cli::CommandLine commandLine(caudalis::cli::Services::databases(), std::cout, std::cerr);

@@ -32,3 +32,10 @@ CREATE TABLE IF NOT EXISTS Boquillas (
     id_modelo    integer
 );
 CREATE INDEX IF NOT EXISTS ix_boquillas_id_modelo ON Boquillas (id_modelo);
+
+-- The diameter of ground one sprinkler of a model wets (metres), for the application profile
+-- of a design. A side table, one row per model: the catalogue tables above stay as they are.
+CREATE TABLE IF NOT EXISTS model_wetted_diameters (
+    id_modelo         integer NOT NULL UNIQUE,
+    wetted_diameter_m double precision
+);

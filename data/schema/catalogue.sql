@@ -33,3 +33,10 @@ CREATE TABLE IF NOT EXISTS Boquillas (
     id_modelo    INTEGER
 );
 CREATE INDEX IF NOT EXISTS ix_Boquillas_id_modelo ON Boquillas (id_modelo);
+
+-- The diameter of ground one sprinkler of a model wets (metres), for the application profile
+-- of a design. A side table, one row per model: the catalogue tables above stay as they are.
+CREATE TABLE IF NOT EXISTS model_wetted_diameters (
+    id_modelo         INTEGER NOT NULL UNIQUE,
+    wetted_diameter_m REAL
+);

@@ -75,6 +75,32 @@ CREATE TABLE IF NOT EXISTS tb_drop (
 );
 CREATE INDEX IF NOT EXISTS ix_tb_drop_carta_id ON tb_drop (carta_id);
 
+-- Side tables a design program writes beside a stored chart (the chart's own tables above stay
+-- as they are): the timer table stored with the chart's indicators, one row per setting
+-- (percent, end-tower speed m/h, hours per revolution, depth per revolution mm), and the
+-- computed figures of each outlet (address as span-outlet or "gun", m, kPa, l/s).
+CREATE TABLE IF NOT EXISTS chart_speed_table (
+    id_carta           INTEGER NOT NULL,
+    percentagem        REAL,
+    velocidade_linear  REAL,
+    tempo_de_uma_volta REAL,
+    dotacao            REAL
+);
+CREATE INDEX IF NOT EXISTS ix_chart_speed_table_id_carta ON chart_speed_table (id_carta);
+
+CREATE TABLE IF NOT EXISTS chart_outlet_figures (
+    id_carta      INTEGER NOT NULL,
+    position      INTEGER,
+    outlet        TEXT,
+    distance_m    REAL,
+    ground_m      REAL,
+    pipe_kpa      REAL,
+    acting_kpa    REAL,
+    required_lps  REAL,
+    delivered_lps REAL
+);
+CREATE INDEX IF NOT EXISTS ix_chart_outlet_figures_id_carta ON chart_outlet_figures (id_carta);
+
 -- rugosidade is the Hazen-Williams coefficient C of the material, a whole number.
 CREATE TABLE IF NOT EXISTS pipe_materials (
     id         INTEGER PRIMARY KEY AUTOINCREMENT,

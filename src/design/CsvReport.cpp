@@ -4,6 +4,7 @@
 #include <fmt/ostream.h>
 
 #include "caudalis/catalogue/Aspersor.hpp"
+#include "caudalis/design/NozzleSize.hpp"
 #include "caudalis/design/ReportLabels.hpp"
 
 namespace caudalis::design {
@@ -34,14 +35,18 @@ std::string nozzleColumns(const saida& outlet) {
 void CsvReport::write(std::ostream& out, const DesignResult& result) {
     out << "span,outlet,place,distanciaAoPivot,cota,caudal,pressao_ideal,pressao_real,pressao_actuante,"
            "marca,modelo,aspersor,caudal_do_aspersor,deviation_percent,over_pressure,regulated,depth_mm,"
-           "ideal_depth_mm\n";
-    for (const auto& row : result.outlets) {
+           "ideal_depth_mm,pipe_pressure_kpa,nozzle_mm,nozzle_inch_128ths\n";
+    for (std::size_t i = 0; i < result.outlets.size(); ++i) {
+        const auto& row = result.outlets[i];
         const auto& o = row.outlet;
-        fmt::print(out, "{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{}\n", row.span, row.number,
+        const auto size = o.obj_aspersor ? NozzleSize::fromDesignation(o.obj_aspersor->nome()) : std::nullopt;
+        fmt::print(out, "{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{}\n", row.span, row.number,
                    placeName(row.place), o.distanciaAoPivot, o.cota, o.caudal, o.pressao_ideal,
                    o.pressao_real, o.pressao_actuante, nozzleColumns(o), o.caudal_do_aspersor,
                    row.deviationPercent ? fmt::format("{}", *row.deviationPercent) : "",
-                   o.over_pressure ? 1 : 0, row.regulated ? 1 : 0, row.depthMm, row.idealDepthMm);
+                   o.over_pressure ? 1 : 0, row.regulated ? 1 : 0, row.depthMm, row.idealDepthMm,
+                   result.analysis.pipePressuresKpa.at(i), size ? fmt::format("{}", size->millimetres) : "",
+                   size ? fmt::format("{}", size->inch128ths) : "");
     }
 }
 

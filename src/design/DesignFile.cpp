@@ -53,6 +53,12 @@ SpanDescription readSpanShape(JsonFields& fields, long defaultId, const std::str
     span.lengthM = fields.quantity("length", Quantity::Length, NumberRule::Positive);
     span.diameterMm = fields.quantity("diameter", Quantity::Diameter, NumberRule::Positive);
     span.outletSpacingCm = fields.quantity("outlet_spacing", Quantity::Spacing, NumberRule::Positive);
+    span.outsideDiameterMm =
+        fields.optionalQuantity("outside_diameter", Quantity::Diameter, NumberRule::Positive);
+    if (span.outsideDiameterMm && *span.outsideDiameterMm <= span.diameterMm) {
+        throw DesignError::invalid(fields.pathOf(fields.keyOf("outside_diameter", Quantity::Diameter)) +
+                                   " must be greater than " + fields.keyOf("diameter", Quantity::Diameter));
+    }
     if (span.outletSpacingCm > span.lengthM * 100) {
         throw DesignError::invalid(fields.pathOf(fields.keyOf("outlet_spacing", Quantity::Spacing)) +
                                    " must not exceed the span length");
@@ -131,6 +137,7 @@ std::vector<RegulatorDescription> readRegulators(JsonFields& root, long spanCoun
                                        " must be >= " + fields.keyOf("flow_min", Quantity::Flow));
         }
         regulator.installed = fields.flag("installed", true);
+        regulator.model = fields.optionalText("model");
         fields.finish();
         regulators.push_back(regulator);
     }
@@ -152,6 +159,8 @@ std::optional<DropDescription> readDrop(JsonFields& root) {
         drop.lengthM = fields.quantity("length", Quantity::Length, NumberRule::Positive);
         drop.material = fields.section("material", readPipeMaterial);
         drop.installed = fields.flag("installed", true);
+        drop.heightAboveGroundM =
+            fields.optionalQuantity("height_above_ground", Quantity::Length, NumberRule::NonNegative);
         return drop;
     });
 }

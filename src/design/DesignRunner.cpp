@@ -4,6 +4,7 @@
 
 #include "caudalis/charts/CartaAspersores.hpp"
 #include "caudalis/core/Statics.hpp"
+#include "caudalis/design/DesignAnalyser.hpp"
 #include "caudalis/design/DesignChecks.hpp"
 #include "caudalis/design/MachineBuilder.hpp"
 #include "caudalis/design/NozzlePackageStrategy.hpp"
@@ -171,12 +172,18 @@ DesignResult DesignRunner::run(const DesignDescription& design, NozzleSource& no
     pivot machine;
     wrapper->update(machine);
     collectOutlets(machine, result);
+    result.machine = machine;
     result.summary = summarise(*wrapper, result, *strategy);
     result.chart = wrapper->extractCarta();
     result.chart->transferAcessoriesFrom(*strategy->carta());
     result.chart->setEndGunBoost(wrapper->getEndGunBoost());
     result.chart->setNome(design.name);
     result.findings = DesignChecks::check(result);
+    result.analysis = DesignAnalyser::analyse(result, nozzles.wettedDiameters());
+    result.findings.insert(result.findings.end(), result.analysis.findings.begin(),
+                           result.analysis.findings.end());
+    std::stable_sort(result.findings.begin(), result.findings.end(),
+                     [](const Finding& a, const Finding& b) { return a.severity < b.severity; });
     return result;
 }
 

@@ -28,7 +28,8 @@ void requireSomeNozzles(const CollectionRef& nozzles, const NozzleSelection& sel
     throw DesignError::invalid(what + " (nozzle_selection)");
 }
 
-InMemoryNozzleSource::InMemoryNozzleSource(CollectionRef nozzles) : all_(std::move(nozzles)) {}
+InMemoryNozzleSource::InMemoryNozzleSource(CollectionRef nozzles, std::map<Long, double> wettedDiameters)
+    : all_(std::move(nozzles)), wettedDiameters_(std::move(wettedDiameters)) {}
 
 CollectionRef InMemoryNozzleSource::nozzles(const NozzleSelection& selection) {
     auto chosen = Collection::create();

@@ -5,6 +5,8 @@
 #include <nlohmann/json.hpp>
 
 #include "caudalis/catalogue/Aspersor.hpp"
+#include "caudalis/design/NozzleSize.hpp"
+#include "caudalis/design/PipePressures.hpp"
 #include "caudalis/design/ReportLabels.hpp"
 
 namespace caudalis::design {
@@ -37,9 +39,15 @@ nlohmann::json nozzleJson(const std::shared_ptr<Aspersor>& nozzle) {
             {"qmax", nozzle->qmax()}};
 }
 
-nlohmann::json spanJson(const SpanResult& row) {
+nlohmann::json spanJson(const DesignResult& result, const SpanResult& row) {
     const auto& span = row.span;
+    const auto& described = row.overhang ? *result.design.overhang
+                                         : result.design.spans[static_cast<std::size_t>(row.number - 1)];
     return {{"number", row.number},
+            {"outside_diameter_mm", optionalJson(described.outsideDiameterMm)},
+            {"c_factor", result.design.roughnessC},
+            {"friction_loss_kpa", PipePressures::frictionLoss(span)},
+            {"elevation_gain_m", PipePressures::elevationGain(span)},
             {"overhang", row.overhang},
             {"id", span.id},
             {"denominacion", span.denominacion},
@@ -58,9 +66,31 @@ nlohmann::json spanJson(const SpanResult& row) {
              span.temRegulador ? nlohmann::json{{"Preg", span.regulador.Preg}} : nlohmann::json(nullptr)}};
 }
 
-nlohmann::json outletJson(const OutletResult& row) {
+nlohmann::json nozzleSizeJson(const saida& outlet) {
+    const auto size =
+        outlet.obj_aspersor ? NozzleSize::fromDesignation(outlet.obj_aspersor->nome()) : std::nullopt;
+    return size ? nlohmann::json{{"mm", size->millimetres}, {"inch_128ths", size->inch128ths}}
+                : nlohmann::json(nullptr);
+}
+
+nlohmann::json regulatorJson(const DesignResult& result, const OutletResult& row) {
+    if (!row.regulated) {
+        return nullptr;
+    }
+    const auto* listed = regulatorOf(result, row);
+    return {{"model", listed ? optionalJson(listed->model) : nlohmann::json(nullptr)},
+            {"rating_kpa", result.spans[static_cast<std::size_t>(row.span - 1)].span.regulador.Preg}};
+}
+
+nlohmann::json outletJson(const DesignResult& result, const OutletResult& row, double pipePressure) {
     const auto& o = row.outlet;
-    return {{"span", row.span},
+    const auto& drop = result.design.drop;
+    const bool dropped = row.place != OutletPlace::EndGun && drop;
+    return {{"pipe_pressure_kpa", pipePressure},
+            {"nozzle_size", nozzleSizeJson(o)},
+            {"drop_height_m", dropped ? optionalJson(drop->heightAboveGroundM) : nlohmann::json(nullptr)},
+            {"regulator", regulatorJson(result, row)},
+            {"span", row.span},
             {"outlet", row.number},
             {"place", placeName(row.place)},
             {"label", outletLabel(row)},
@@ -77,6 +107,53 @@ nlohmann::json outletJson(const OutletResult& row) {
             {"depth_mm", row.depthMm},
             {"ideal_depth_mm", row.idealDepthMm},
             {"aspersor", nozzleJson(o.obj_aspersor)}};
+}
+
+nlohmann::json runoffJson(const std::vector<RunoffAtPoint>& points) {
+    auto list = nlohmann::json::array();
+    for (const auto& point : points) {
+        const auto& e = point.estimate;
+        list.push_back({{"code", point.code},
+                        {"distance_m", e.distanceM},
+                        {"wetted_diameter_m", e.wettedDiameterM},
+                        {"peak_rate_mm_h", e.peakRateMmH},
+                        {"application_time_h", e.applicationTimeH},
+                        {"applied_mm", e.appliedMm},
+                        {"infiltration_capacity_mm", e.infiltrationCapacityMm},
+                        {"runoff_mm", e.runoffMm},
+                        {"runoff", e.verdict == RunoffVerdict::Runoff}});
+    }
+    return list;
+}
+
+nlohmann::json analysisJson(const DesignAnalysis& a) {
+    auto speeds = nlohmann::json::array();
+    for (Long i = 1; a.speeds.tempoH100 > 0 && i <= 10; ++i) {
+        const auto& row = a.speeds.velocidades(i);
+        speeds.push_back({{"percentagem", row.percentagem},
+                          {"velocidadeLinear_m_h", row.velocidadeLinear},
+                          {"tempoDeUmaVolta_h", row.tempoDeUmaVolta},
+                          {"dotacao_mm", row.dotacao}});
+    }
+    nlohmann::json depths = nullptr;
+    if (a.depths) {
+        depths = {{"volume_over_area_mm", a.depths->volumeOverAreaMm},
+                  {"distance_weighted_mean_mm", a.depths->distanceWeightedMeanMm},
+                  {"ring_area_mean_mm", a.depths->ringAreaMeanMm}};
+    }
+    return {{"elevation",
+             {{"highest_m", a.elevation.highestM},
+              {"lowest_m", a.elevation.lowestM},
+              {"at_pivot_m", a.elevation.atPivotM},
+              {"highest_at_m", a.elevation.highestAtM}}},
+            {"depth_per_revolution", depths},
+            {"speed_table", speeds},
+            {"runoff",
+             {{"check_points", runoffJson(a.runoffAtCheckPoints)},
+              {"along_machine", runoffJson(a.runoffAlongMachine)}}},
+            {"profile_cu_heermann_hein_percent", optionalJson(a.profileUniformityCoefficient)},
+            {"profile_du_low_quarter_percent", optionalJson(a.profileLowQuarterUniformity)},
+            {"models_without_wetted_diameter", a.modelsWithoutWettedDiameter}};
 }
 
 nlohmann::json summaryJson(const DesignSummary& s) {
@@ -125,15 +202,16 @@ nlohmann::json findingsJson(const std::vector<Finding>& findings) {
 nlohmann::json toJson(const DesignResult& result) {
     auto spans = nlohmann::json::array();
     for (const auto& span : result.spans) {
-        spans.push_back(spanJson(span));
+        spans.push_back(spanJson(result, span));
     }
     auto outlets = nlohmann::json::array();
-    for (const auto& outlet : result.outlets) {
-        outlets.push_back(outletJson(outlet));
+    for (std::size_t i = 0; i < result.outlets.size(); ++i) {
+        outlets.push_back(outletJson(result, result.outlets[i], result.analysis.pipePressuresKpa.at(i)));
     }
     return {{"name", result.design.name},
             {"system_id", optionalJson(result.design.systemId)},
             {"summary", summaryJson(result.summary)},
+            {"analysis", analysisJson(result.analysis)},
             {"findings", findingsJson(result.findings)},
             {"spans", spans},
             {"outlets", outlets}};

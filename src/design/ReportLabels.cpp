@@ -2,6 +2,7 @@
 
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/core/NumberText.hpp"
+#include "caudalis/machine/CoordenadasSaidas.hpp"
 
 namespace caudalis::design {
 
@@ -10,6 +11,22 @@ std::string outletLabel(const OutletResult& outlet) {
         return "gun";
     }
     return std::to_string(outlet.span) + "-" + std::to_string(outlet.number);
+}
+
+std::string outletLabel(const CoordenadasSaida& place) {
+    const auto addresses = CoordenadasSaidas::shared();
+    return addresses->isAtEndGun(place) ? "gun" : addresses->ToString(place);
+}
+
+const RegulatorDescription* regulatorOf(const DesignResult& result, const OutletResult& outlet) {
+    if (!outlet.regulated) {
+        return nullptr;
+    }
+    const RegulatorDescription* found = nullptr;
+    for (const auto& regulator : result.design.regulators) {
+        found = regulator.span == outlet.span && regulator.installed ? &regulator : found;
+    }
+    return found;
 }
 
 std::string placeName(OutletPlace place) {

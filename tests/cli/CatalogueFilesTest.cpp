@@ -43,13 +43,28 @@ TEST(CatalogueCsv, ReadsQuotedFieldsAndSkipsTheHeader) {
 }
 
 TEST(CatalogueCsv, EveryBadFieldIsNamed) {
-    EXPECT_EQ(csvMessage("X,Y,#1,0.01,0.5,50,300,0.1,0.2,9\n"),
-              "n.csv line 1: 10 fields, expected 9 (brand, model, nozzle, a, b, pmin, pmax, qmin, qmax)");
+    EXPECT_EQ(
+        csvMessage("X,Y,#1,0.01,0.5,50,300,0.1,0.2,9,1\n"),
+        "n.csv line 1: 11 fields, expected 9 (brand, model, nozzle, a, b, pmin, pmax, qmin, qmax) or 10 "
+        "(and wetted_diameter_m)");
     EXPECT_EQ(csvMessage("X,Y,#1,0.01,0,50,300,0.1,0.2\n"), "n.csv line 1: b must be > 0");
     EXPECT_EQ(csvMessage("X,Y,#1,0.01,0.5,50,300,0.1,\n"), "n.csv line 1: qmax must be a number (\"\")");
     EXPECT_EQ(csvMessage("X,Y,#1,0.01,0.5,50,300,0.3,0.2\n"), "n.csv line 1: qmax must be >= qmin");
     EXPECT_EQ(csvMessage("X,Y,,0.01,0.5,50,300,0.1,0.2\n"), "n.csv line 1: nozzle must not be blank");
     EXPECT_EQ(csvMessage("\n"), "catalogue CSV file n.csv holds no nozzles");
+    EXPECT_EQ(csvMessage("X,Y,#1,0.01,0.5,50,300,0.1,0.2,-3\n"),
+              "n.csv line 1: wetted_diameter_m must be > 0");
+}
+
+TEST(CatalogueCsv, ReadsTheOptionalWettedDiameter) {
+    const auto rows = CatalogueCsv::parse(
+        "X,Y,#1,0.01,0.5,50,300,0.1,0.2,14.5\nX,Y,#2,0.01,0.5,50,300,0.1,0.2,\n"
+        "X,Y,#3,0.01,0.5,50,300,0.1,0.2\n",
+        "n.csv");
+    ASSERT_EQ(rows.size(), 3u);
+    EXPECT_EQ(rows[0].wettedDiameterM, 14.5);
+    EXPECT_FALSE(rows[1].wettedDiameterM.has_value());
+    EXPECT_FALSE(rows[2].wettedDiameterM.has_value());
 }
 
 TEST(ProgressBar, DrawsOnlyWhenShownAndLong) {

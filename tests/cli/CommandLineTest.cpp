@@ -50,9 +50,15 @@ public:
         chart->id(id);
         chart->setNome("found");
         chart->setEndGunBoost(120);
-        return LoadedChart{chart, 8, 2};
+        return LoadedChart{chart, 8, 2, std::nullopt};
     }
     void destroy(Long id) override { destroyed = id; }
+    void saveFigures(Long id, const design::ChartFigures& figures) override {
+        figuresId = id;
+        savedFigures = figures;
+    }
+    Long figuresId = 0;
+    design::ChartFigures savedFigures;
 };
 
 struct Outcome {
@@ -93,6 +99,9 @@ protected:
                         }
                         LoadedChart find(Long id) override { return target->find(id); }
                         void destroy(Long id) override { target->destroy(id); }
+                        void saveFigures(Long id, const design::ChartFigures& f) override {
+                            target->saveFigures(id, f);
+                        }
                     };
                     auto forwarding = std::make_unique<Forwarding>();
                     forwarding->target = store;
@@ -141,8 +150,9 @@ TEST_F(CommandLineTest, DesignPrintsTheSprinklerChart) {
     EXPECT_EQ(lastCataloguePath, "sample.db");
     for (const char* expected :
          {"Sprinkler chart: Home farm north pivot, 7 spans (system 400)", "Spans", "Outlets", "Summary",
-          "Computed discharge", "End gun", "Peak application rate", "Uniformity CU (Heermann-Hein)",
-          "Uniformity DU (low quarter)", "   7-19 ", "    gun ", "Vellora VL Gun"}) {
+          "Computed discharge", "End gun", "Peak application rate", "CU Heermann-Hein, per-outlet depths",
+          "DU low quarter, per-outlet depths", "CU Heermann-Hein, application profile", "\n7-19 ", "\ngun ",
+          "Vellora VL Gun", "Timer settings", "Runoff", "Verdict"}) {
         EXPECT_NE(result.out.find(expected), std::string::npos) << expected;
     }
     // Outlets near the centre have no nozzle: a warning, but success.
@@ -170,12 +180,9 @@ TEST_F(CommandLineTest, DesignAsJsonUsesTheRecordFieldNames) {
     EXPECT_EQ(document["summary"]["peak_application_rates"].size(), 2u);
 }
 
-TEST_F(CommandLineTest, DesignWritesCsvAndPlots) {
+TEST_F(CommandLineTest, DesignWritesCsv) {
     const auto csv = temporary("outlets.csv");
-    const auto png = temporary("plot.png");
-    const auto svg = temporary("plot.SVG");
-    ASSERT_EQ(run({"design", example("hilly"), "--catalogue", "c", "--csv", csv, "--plot", png}).exitCode, 0);
-    ASSERT_EQ(run({"design", example("small"), "--catalogue", "c", "--plot", svg}).exitCode, 0);
+    ASSERT_EQ(run({"design", example("hilly"), "--catalogue", "c", "--csv", csv}).exitCode, 0);
     const auto table = readFile(csv);
     EXPECT_EQ(
         table.rfind(
@@ -184,15 +191,24 @@ TEST_F(CommandLineTest, DesignWritesCsvAndPlots) {
     const auto lines = std::count(table.begin(), table.end(), '\n');
     EXPECT_EQ(lines, 1 + 4 * 20 + 17 + 4);
     EXPECT_NE(table.find("\"Rotaflux\",\"RF Rotator\""), std::string::npos);
-    EXPECT_EQ(readFile(png).substr(0, 8), std::string("\x89PNG\r\n\x1a\n", 8));
-    EXPECT_NE(readFile(svg).find("<svg"), std::string::npos);
 }
 
-TEST_F(CommandLineTest, PlotNeedsAKnownExtension) {
-    const auto result = run({"design", example("small"), "--catalogue", "c", "--plot", "out.pdf"});
-    EXPECT_EQ(result.exitCode, ExitCode::Usage);
-    EXPECT_EQ(result.err, "caudalis: --plot: out.pdf must end in .png or .svg\n");
-    EXPECT_TRUE(result.out.empty());
+TEST_F(CommandLineTest, DesignWritesTheHtmlReport) {
+    const auto html = temporary("report.html");
+    const auto result = run({"design", example("hilly"), "--catalogue", "c", "--report", html});
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    const auto page = readFile(html);
+    EXPECT_EQ(page.rfind("<!DOCTYPE html>", 0), 0u);
+    EXPECT_NE(
+        page.find("<title>Sprinkler chart: Hillside pivot with regulators and drops (system 5)</title>"),
+        std::string::npos);
+    EXPECT_NE(page.find("caudalisPlot(\"plot-1\""), std::string::npos);
+    EXPECT_NE(page.find("Vellora PR-20"), std::string::npos);
+    const auto refused =
+        run({"design", example("small"), "--catalogue", "c", "--report", "/nonexistent/r.html"});
+    EXPECT_EQ(refused.exitCode, ExitCode::BadInput);
+    EXPECT_NE(refused.err.find("cannot write HTML report file /nonexistent/r.html"), std::string::npos)
+        << refused.err;
 }
 
 TEST_F(CommandLineTest, UnwritableOutputNamesTheFile) {
@@ -216,6 +232,11 @@ TEST_F(CommandLineTest, SaveHandsTheChartToTheStore) {
     EXPECT_EQ(store->savedName, "North 2024");
     EXPECT_EQ(store->savedSystem, 400);
     EXPECT_DOUBLE_EQ(store->saved->getEndGunBoost(), 150);
+    // The timer table and the outlet figures go with the chart.
+    EXPECT_EQ(store->figuresId, 42);
+    EXPECT_EQ(store->savedFigures.speeds.tempoH100, 20);
+    ASSERT_FALSE(store->savedFigures.outlets.empty());
+    EXPECT_EQ(store->savedFigures.outlets.back().outlet, "gun");
     EXPECT_NE(result.err.find("caudalis: chart \"North 2024\" stored in system 400 with id 42"),
               std::string::npos);
     // The JSON on stdout stays clean.

@@ -4,6 +4,8 @@
 
 #include "CliErrors.hpp"
 #include "ProgramRun.hpp"
+#include "caudalis/db/Connection.hpp"
+#include "caudalis/design/WettedDiameters.hpp"
 
 // The built program lists the sample catalogue and imports CSV files into it, all or nothing.
 using namespace caudalis::cli;
@@ -78,6 +80,35 @@ TEST_F(ProgramCatalogueTest, ImportReusesBrandsAndModels) {
     EXPECT_EQ(nlohmann::json::parse(run("catalogue list --model NX --json").out).size(), 3u);
     EXPECT_EQ(nlohmann::json::parse(run("catalogue list --json").out).size(), 404u);
     EXPECT_NE(run("catalogue list --brand Zephyr").out.find("Z \"one\""), std::string::npos);
+}
+
+TEST_F(ProgramCatalogueTest, ImportStoresTheModelsWettedDiameters) {
+    // Model 6 is the sample's Drift D3 Spray (10 m); NX is new and becomes model 13.
+    const auto csv = write("new.csv",
+                           "Nimbra,Drift D3 Spray,#90,0.011,0.5,50,300,0.1,0.3,9.5\n"
+                           "Nimbra,NX,#1,0.011,0.5,50,300,0.1,0.3,\n"
+                           "Nimbra,NX,#2,0.012,0.5,50,300,0.1,0.3,21\n");
+    const auto result = run("catalogue import " + quoted(csv));
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    caudalis::Connection catalogue("Provider=SQLite;Data Source=" + file("catalogue.db"));
+    catalogue.Open();
+    const auto diameters = caudalis::design::WettedDiameters::load(catalogue);
+    EXPECT_EQ(diameters.size(), 13u);
+    EXPECT_EQ(diameters.at(6), 9.5);
+    EXPECT_EQ(diameters.at(13), 21);
+    EXPECT_EQ(diameters.at(1), 12) << "the sample's own value stays";
+}
+
+TEST_F(ProgramCatalogueTest, ImportOfWettedDiametersNeedsTheSideTable) {
+    execute("catalogue.db", "DROP TABLE model_wetted_diameters");
+    const auto before = databases();
+    const auto csv = write("new.csv", "Nimbra,NX,#1,0.011,0.5,50,300,0.1,0.3,14\n");
+    expectFailure(run("catalogue import " + quoted(csv)), ExitCode::BadInput,
+                  "catalogue database catalogue.db has no table for wetted diameters: load "
+                  "data/schema/catalogue.sql into it again");
+    EXPECT_EQ(databases(), before);
+    const auto without = write("plain.csv", "Nimbra,NX,#1,0.011,0.5,50,300,0.1,0.3\n");
+    EXPECT_EQ(run("catalogue import " + quoted(without)).exitCode, 0) << "nozzles alone still import";
 }
 
 TEST_F(ProgramCatalogueTest, FailedImportLeavesTheCatalogueAsItWas) {

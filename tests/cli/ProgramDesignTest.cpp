@@ -5,6 +5,8 @@
 #include "CliErrors.hpp"
 #include "ProgramRun.hpp"
 #include "SampleNozzles.hpp"
+#include "caudalis/db/Connection.hpp"
+#include "caudalis/design/ChartFigures.hpp"
 
 // The built program designs the shipped examples against the sample catalogue that
 // `caudalis init` made, and stores, lists, shows and deletes the charts.
@@ -85,12 +87,24 @@ TEST_F(ProgramDesignTest, SavedChartIsListedShownAndDeleted) {
     // 141 outlets, 4 of them without a nozzle.
     EXPECT_NE(shown.out.find("Mounted nozzles: 137\n"), std::string::npos);
     EXPECT_NE(shown.out.find("Vellora      Big Gun 85"), std::string::npos);
+    // The end gun by its address, with the stored distance, pressures and flows, and the timer.
+    EXPECT_EQ(shown.out.find("-1--1"), std::string::npos);
+    EXPECT_NE(shown.out.find("\n    gun  Vellora"), std::string::npos) << shown.out;
+    EXPECT_NE(shown.out.find("distance m  pipe kPa"), std::string::npos);
+    EXPECT_NE(shown.out.find("Timer settings"), std::string::npos);
+    EXPECT_NE(shown.out.find("\n      50       40.0"), std::string::npos) << "50 % doubles the 20 h";
 
     const auto deleted = run("chart delete 1");
     EXPECT_EQ(deleted.exitCode, 0) << deleted.err;
     EXPECT_EQ(run("chart list").out, "    system     id  name\n         7      2  Demo\n");
     expectFailure(run("chart show 1"), ExitCode::BadInput,
                   "no chart with id 1 in project database project.db");
+    execute("project.db", "SELECT 1");
+    caudalis::Connection project("Provider=SQLite;Data Source=" + file("project.db"));
+    project.Open();
+    EXPECT_FALSE(caudalis::design::ChartFigures::load(project, 1).has_value())
+        << "the figures went with the chart";
+    EXPECT_TRUE(caudalis::design::ChartFigures::load(project, 2).has_value());
 }
 
 TEST_F(ProgramDesignTest, TakenChartNameLeavesTheDatabasesAsTheyWere) {

@@ -86,6 +86,11 @@ TEST_F(SampleCatalogue, HasTheExpectedBrandsModelsAndNozzles) {
     EXPECT_EQ(db.integer("SELECT count(*) FROM Boquillas"), 398);
     EXPECT_EQ(db.integer("SELECT count(DISTINCT id_marca) FROM Modelos"), 4);
     EXPECT_EQ(db.integer("SELECT count(DISTINCT id_modelo) FROM Boquillas"), 12);
+    // Every model has a wetted diameter, from 8 m (small sprays) to 80 m (end guns).
+    EXPECT_EQ(db.integer("SELECT count(*) FROM model_wetted_diameters INNER JOIN Modelos ON "
+                         "model_wetted_diameters.id_modelo = Modelos.id_modelo "
+                         "WHERE wetted_diameter_m BETWEEN 8 AND 80"),
+              12);
 }
 
 TEST_F(SampleCatalogue, EveryNozzleHasPositiveCoefficientsAndRanges) {

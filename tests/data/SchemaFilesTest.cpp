@@ -195,6 +195,15 @@ TEST_F(CatalogueSchema, HasEveryTableWithItsColumnsInOrder) {
     EXPECT_EQ(db.columnsOf("Modelos"), (Columns{"id_modelo", "id_marca", "modelo"}));
     EXPECT_EQ(db.columnsOf("Boquillas"), (Columns{"ID_Boquillas", "denominacion", "a", "b", "pmin", "pmax",
                                                   "qmin", "qmax", "id_modelo"}));
+    EXPECT_EQ(db.columnsOf("model_wetted_diameters"), (Columns{"id_modelo", "wetted_diameter_m"}));
+}
+
+TEST_F(CatalogueSchema, AModelHasAtMostOneWettedDiameter) {
+    db.execute("INSERT INTO model_wetted_diameters (id_modelo, wetted_diameter_m) VALUES (1, 14.5);");
+    EXPECT_NE(
+        db.tryExecute("INSERT INTO model_wetted_diameters (id_modelo, wetted_diameter_m) VALUES (1, 9);"),
+        "");
+    EXPECT_EQ(declaredType(db, "model_wetted_diameters", "wetted_diameter_m"), "REAL");
 }
 
 TEST_F(CatalogueSchema, GeneratedKeysAndNumericColumns) {
@@ -229,10 +238,10 @@ TEST(SchemaFiles, EverySchemaFileLoadsIntoAnEmptyDatabase) {
 
 TEST(SchemaFiles, PostgreSqlSchemasDeclareTheSameTablesAndColumns) {
     const auto project = declaredColumns(kProjectSchema);
-    EXPECT_EQ(project.size(), 8u);
+    EXPECT_EQ(project.size(), 10u);
     EXPECT_EQ(declaredColumns("data/schema/project-postgresql.sql"), project);
     const auto catalogue = declaredColumns(kCatalogueSchema);
-    EXPECT_EQ(catalogue.size(), 3u);
+    EXPECT_EQ(catalogue.size(), 4u);
     EXPECT_EQ(declaredColumns("data/schema/catalogue-postgresql.sql"), catalogue);
 }
 

@@ -17,6 +17,8 @@ struct SpanDescription {
     double lengthM = 0;
     double diameterMm = 0;
     double outletSpacingCm = 0;
+    /// Outside diameter of the pipe, for the printout; not used by the computation.
+    std::optional<double> outsideDiameterMm;
     /// Elevation at the span's outer end (fixed spans only; the overhang continues the slope).
     double endElevationM = 0;
 };
@@ -32,6 +34,8 @@ struct RegulatorDescription {
     double flowMinLps = 0;
     double flowMaxLps = 0;
     bool installed = true;
+    /// The regulator's make and model, for the printout.
+    std::optional<std::string> model;
 };
 
 struct PipeMaterialDescription {
@@ -45,6 +49,8 @@ struct DropDescription {
     double lengthM = 0;
     PipeMaterialDescription material;
     bool installed = true;
+    /// Height of the nozzles above the ground at the end of the drops, for the printout.
+    std::optional<double> heightAboveGroundM;
 };
 
 struct IndicatorsDescription {

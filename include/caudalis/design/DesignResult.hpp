@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "caudalis/core/Records.hpp"
+#include "caudalis/design/DesignAnalysis.hpp"
 #include "caudalis/design/DesignDescription.hpp"
 #include "caudalis/design/Finding.hpp"
 
@@ -80,6 +81,10 @@ struct DesignResult {
     DesignSummary summary;
     /// What a designer must know about the design, most severe first.
     std::vector<Finding> findings;
+    /// The computed machine as the library left it.
+    pivot machine;
+    /// Pipe pressures, ground, timer table, depth per revolution, runoff, application profile.
+    DesignAnalysis analysis;
     /// The chart of the chosen nozzles with the design's accessories, ready to be stored.
     std::shared_ptr<CartaAspersores> chart;
 };

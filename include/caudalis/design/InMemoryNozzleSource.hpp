@@ -8,11 +8,13 @@ namespace caudalis::design {
 /// and model names of the selection.
 class InMemoryNozzleSource : public NozzleSource {
 public:
-    explicit InMemoryNozzleSource(CollectionRef nozzles);
+    explicit InMemoryNozzleSource(CollectionRef nozzles, std::map<Long, double> wettedDiameters = {});
     CollectionRef nozzles(const NozzleSelection& selection) override;
+    std::map<Long, double> wettedDiameters() override { return wettedDiameters_; }
 
 private:
     CollectionRef all_;
+    std::map<Long, double> wettedDiameters_;
 };
 
 /// Raises `DesignError` (`InvalidInput`) naming the selection when `nozzles` is empty.

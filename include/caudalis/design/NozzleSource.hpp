@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+
 #include "caudalis/core/Collection.hpp"
 #include "caudalis/design/DesignDescription.hpp"
 
@@ -13,6 +15,9 @@ public:
     /// The nozzles that `selection` allows, in catalogue order; raises `DesignError` (`InvalidInput`) when
     /// the source cannot be read or holds none of them.
     virtual CollectionRef nozzles(const NozzleSelection& selection) = 0;
+    /// The wetted diameter (m) of each model the source knows it for, by model id; none by
+    /// default.
+    virtual std::map<Long, double> wettedDiameters() { return {}; }
 };
 
 }  // namespace caudalis::design

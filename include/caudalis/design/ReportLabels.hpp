@@ -8,6 +8,11 @@ namespace caudalis::design {
 
 /// The outlet's address as a chart prints it: "3-12", or "gun" for the end gun.
 std::string outletLabel(const OutletResult& outlet);
+/// The address of a mounted sprinkler's outlet in the same form: "3-12", or "gun".
+std::string outletLabel(const CoordenadasSaida& place);
+/// The regulator the design file lists for the outlet's span; none when the outlet is not
+/// regulated or the regulator was chosen automatically.
+const RegulatorDescription* regulatorOf(const DesignResult& result, const OutletResult& outlet);
 /// "span", "overhang" or "end_gun".
 std::string placeName(OutletPlace place);
 /// Brand, model and nozzle designation of the outlet's nozzle; "-" when it has none.

@@ -3,22 +3,17 @@
 #include <ostream>
 
 #include "caudalis/design/DesignResult.hpp"
+#include "caudalis/design/Units.hpp"
 
 namespace caudalis::design {
 
-/// The printed sprinkler chart: spans, every outlet with its nozzle, the summary and the
-/// findings.
-/// Units: kPa, l/s, m, mm, mm/h.
+/// The printed sprinkler chart: the findings, the summary, spans, every outlet with its nozzle,
+/// the timer settings and the runoff check (`DesignPrintout` as plain text), in the units of the
+/// design file.
 class TextReport {
 public:
     static void write(std::ostream& out, const DesignResult& result);
-
-private:
-    static void writeHeader(std::ostream& out, const DesignResult& result);
-    static void writeSpans(std::ostream& out, const DesignResult& result);
-    static void writeOutlets(std::ostream& out, const DesignResult& result);
-    static void writeSummary(std::ostream& out, const DesignResult& result);
-    static void writeFindings(std::ostream& out, const DesignResult& result);
+    static void write(std::ostream& out, const DesignResult& result, const Units& units);
 };
 
 }  // namespace caudalis::design

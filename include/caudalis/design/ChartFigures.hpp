@@ -1,0 +1,45 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "caudalis/core/Records.hpp"
+#include "caudalis/design/DesignResult.hpp"
+
+namespace caudalis {
+class Connection;
+}
+
+namespace caudalis::design {
+
+/// One outlet's computed figures as stored beside a chart (SI: m, kPa, l/s).
+struct OutletFigures {
+    std::string outlet;
+    double distanceM = 0;
+    double groundM = 0;
+    double pipeKpa = 0;
+    double actingKpa = 0;
+    double requiredLps = 0;
+    double deliveredLps = 0;
+};
+
+/// What a stored chart keeps of its design beside the chart's own tables: the timer table (with
+/// the chart's indicators) and every outlet's figures, in the project database's side tables
+/// `chart_speed_table` and `chart_outlet_figures`.
+struct ChartFigures {
+    caixaVelocidades speeds;
+    std::vector<OutletFigures> outlets;
+
+    static ChartFigures of(const DesignResult& result);
+    /// Replaces the figures of chart `chartId` in one transaction; database errors pass
+    /// unchanged and leave the tables as they were.
+    static void save(Connection& project, Long chartId, const ChartFigures& figures);
+    /// The figures of chart `chartId`; empty when none were stored or the project database has
+    /// no side tables.
+    static std::optional<ChartFigures> load(Connection& project, Long chartId);
+    /// Deletes the figures of chart `chartId` (nothing when the side tables are missing).
+    static void erase(Connection& project, Long chartId);
+};
+
+}  // namespace caudalis::design

@@ -1,0 +1,83 @@
+#include "caudalis/design/DepthBalance.hpp"
+
+#include <algorithm>
+#include <cstdio>
+#include <numbers>
+#include <stdexcept>
+
+#include "caudalis/design/SpeedTable.hpp"
+
+namespace caudalis::design {
+
+namespace {
+
+double ringArea(const OutletRing& ring) {
+    return 2 * std::numbers::pi * ring.distanceM * ring.ringWidthM;
+}
+
+void requireUsable(const std::vector<OutletRing>& rings, double revolutionTimeH) {
+    if (rings.empty()) {
+        throw std::invalid_argument("no outlets to weigh the depth per revolution with");
+    }
+    if (revolutionTimeH <= 0) {
+        throw std::invalid_argument("the revolution time must be greater than 0 h");
+    }
+    for (const auto& ring : rings) {
+        if (ring.distanceM <= 0 || ring.ringWidthM <= 0) {
+            throw std::invalid_argument("every outlet needs a distance and a ring width greater than 0 m");
+        }
+    }
+}
+
+std::string format(const char* pattern, double a, double b = 0, double c = 0) {
+    char buffer[400];
+    std::snprintf(buffer, sizeof buffer, pattern, a, b, c);
+    return buffer;
+}
+
+}  // namespace
+
+DepthFigures DepthBalance::compute(const std::vector<OutletRing>& rings, double dischargeLps,
+                                   double revolutionTimeH, double irrigatedAreaM2) {
+    requireUsable(rings, revolutionTimeH);
+    DepthFigures figures;
+    figures.irrigatedAreaM2 = irrigatedAreaM2;
+    figures.volumeOverAreaMm =
+        SpeedTable::depthPerRevolutionMm(dischargeLps, revolutionTimeH, irrigatedAreaM2);
+    double weights = 0;
+    double weightedDepths = 0;
+    double volume = 0;
+    for (const auto& ring : rings) {
+        const double litres = ring.flowLps * 3600 * revolutionTimeH;
+        weights += ring.distanceM;
+        weightedDepths += ring.distanceM * litres / ringArea(ring);
+        volume += litres;
+        figures.ringsAreaM2 += ringArea(ring);
+    }
+    figures.distanceWeightedMeanMm = weightedDepths / weights;
+    figures.ringAreaMeanMm = volume / figures.ringsAreaM2;
+    const auto widest = *std::max_element(
+        rings.begin(), rings.end(),
+        [](const OutletRing& a, const OutletRing& b) { return a.ringWidthM < b.ringWidthM; });
+    figures.widestRingWeightShare = widest.distanceM / weights;
+    figures.widestRingAreaShare = ringArea(widest) / figures.ringsAreaM2;
+    return figures;
+}
+
+std::string DepthBalance::explanation(const DepthFigures& f) {
+    return format(
+               "Depth per revolution: %.2f mm as volume over area (discharge x revolution time / irrigated "
+               "area). The mean of the outlets' depths weighted by distance, as the uniformity figures "
+               "weigh them, is %.2f mm: ",
+               f.volumeOverAreaMm, f.distanceWeightedMeanMm) +
+           format(
+               "it counts every outlet as if its ring were one outlet spacing wide, so the widest ring "
+               "(the end gun's) has %.1f %% of the weight but %.1f %% of the watered ground. ",
+               100 * f.widestRingWeightShare, 100 * f.widestRingAreaShare) +
+           format(
+               "Weighted by ring area the outlets give %.2f mm; their rings cover %.2f ha of the %.2f ha "
+               "circle, the rest being the gaps and overlaps near the centre and between spans.",
+               f.ringAreaMeanMm, f.ringsAreaM2 / 10000, f.irrigatedAreaM2 / 10000);
+}
+
+}  // namespace caudalis::design

@@ -1,2 +1,0 @@
-// The test program draws plots in-process (see SanitizerSuppressions.hpp).
-#include "SanitizerSuppressions.hpp"

@@ -1,0 +1,165 @@
+#include "caudalis/design/CatchCanStatistics.hpp"
+
+#include "caudalis/core/Checked.hpp"
+#include "caudalis/core/Errors.hpp"
+#include "caudalis/evaluation/WaterDepths.hpp"
+
+namespace caudalis::design {
+
+namespace {
+
+bool hasWeight(const BoundedArray<WaterDepthSample>& samples) {
+    double weight = 0;
+    for (const auto& sample : samples) {
+        weight += sample.distanceFromCenter;
+    }
+    return weight > 0;
+}
+
+std::vector<WaterDepthSample> joined(const std::vector<std::vector<WaterDepthSample>>& lines) {
+    std::vector<WaterDepthSample> all;
+    for (const auto& line : lines) {
+        all.insert(all.end(), line.begin(), line.end());
+    }
+    return all;
+}
+
+std::optional<double> mean(const std::vector<std::optional<double>>& values) {
+    if (values.empty()) {
+        return std::nullopt;
+    }
+    double sum = 0;
+    for (const auto& value : values) {
+        if (!value) {
+            return std::nullopt;
+        }
+        sum += *value;
+    }
+    return sum / static_cast<double>(values.size());
+}
+
+template <typename Field>
+std::optional<double> meanOf(const std::vector<CatchCanFigures>& sets, Field field) {
+    std::vector<std::optional<double>> values;
+    for (const auto& set : sets) {
+        values.push_back(set.*field);
+    }
+    return mean(values);
+}
+
+}  // namespace
+
+BoundedArray<WaterDepthSample> CatchCanStatistics::array(const std::vector<WaterDepthSample>& samples) {
+    BoundedArray<WaterDepthSample> list;
+    if (!samples.empty()) {
+        list.redim(1, static_cast<Long>(samples.size()));
+        for (Long i = 1; i <= list.count(); ++i) {
+            list(i) = samples[static_cast<std::size_t>(i - 1)];
+        }
+    }
+    return list;
+}
+
+std::optional<double> CatchCanStatistics::meanDepth(const BoundedArray<WaterDepthSample>& samples) {
+    if (!hasWeight(samples)) {
+        return std::nullopt;
+    }
+    return WaterDepths::shared()->Average(samples);
+}
+
+std::optional<double> CatchCanStatistics::lowQuarterMean(const BoundedArray<WaterDepthSample>& samples) {
+    if (!hasWeight(samples)) {
+        return std::nullopt;
+    }
+    const auto depths = WaterDepths::shared();
+    try {
+        return depths->Average(depths->LowQuarter(samples));
+    } catch (const Error& error) {
+        if (error.number() != errorNumber(WaterDepthSampleException::NotEnoughSamplesToComputeLowQuarter)) {
+            throw;
+        }
+        return std::nullopt;
+    }
+}
+
+std::optional<double> CatchCanStatistics::heermannHein(const BoundedArray<WaterDepthSample>& samples) {
+    const auto average = meanDepth(samples);
+    if (!average || *average <= 0) {
+        return std::nullopt;
+    }
+    const auto depths = WaterDepths::shared();
+    double deviations = 0;
+    double weighted = 0;
+    for (const auto& sample : samples) {
+        deviations = checked::add(deviations, depths->PonderatedDeviation(sample, *average));
+        weighted = checked::add(weighted, depths->PonderatedDepths(sample));
+    }
+    return 100 * (1 - checked::div(deviations, weighted));
+}
+
+std::optional<double> CatchCanStatistics::lowQuarterUniformity(
+    const BoundedArray<WaterDepthSample>& samples) {
+    const auto average = meanDepth(samples);
+    const auto quarter = lowQuarterMean(samples);
+    if (!average || !quarter || *average <= 0) {
+        return std::nullopt;
+    }
+    return 100 * checked::div(*quarter, *average);
+}
+
+std::optional<double> CatchCanStatistics::schedulingCoefficient(
+    const BoundedArray<WaterDepthSample>& samples) {
+    const auto average = meanDepth(samples);
+    const auto quarter = lowQuarterMean(samples);
+    if (!average || !quarter || *quarter <= 0) {
+        return std::nullopt;
+    }
+    return checked::div(*average, *quarter);
+}
+
+std::vector<WaterDepthSample> CatchCanStatistics::movingAverage(const std::vector<WaterDepthSample>& line) {
+    std::vector<WaterDepthSample> smoothed = line;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        const std::size_t first = i == 0 ? 0 : i - 1;
+        const std::size_t last = i + 1 < line.size() ? i + 1 : i;
+        double sum = 0;
+        for (std::size_t j = first; j <= last; ++j) {
+            sum += line[j].depth;
+        }
+        smoothed[i].depth = sum / static_cast<double>(last - first + 1);
+    }
+    return smoothed;
+}
+
+CatchCanFigures CatchCanStatistics::of(const std::vector<std::vector<WaterDepthSample>>& lines) {
+    std::vector<std::vector<WaterDepthSample>> smoothed;
+    for (const auto& line : lines) {
+        smoothed.push_back(movingAverage(line));
+    }
+    const auto all = array(joined(lines));
+    CatchCanFigures figures;
+    figures.collectors = all.count();
+    figures.meanDepthMm = meanDepth(all);
+    figures.lowQuarterMeanMm = lowQuarterMean(all);
+    figures.cuHeermannHein = heermannHein(all);
+    figures.duLowQuarter = lowQuarterUniformity(all);
+    figures.schedulingCoefficient = schedulingCoefficient(all);
+    figures.cuMovingAverage = heermannHein(array(joined(smoothed)));
+    return figures;
+}
+
+CatchCanFigures CatchCanStatistics::averageOf(const std::vector<CatchCanFigures>& sets) {
+    CatchCanFigures average;
+    for (const auto& set : sets) {
+        average.collectors += set.collectors;
+    }
+    average.meanDepthMm = meanOf(sets, &CatchCanFigures::meanDepthMm);
+    average.lowQuarterMeanMm = meanOf(sets, &CatchCanFigures::lowQuarterMeanMm);
+    average.cuHeermannHein = meanOf(sets, &CatchCanFigures::cuHeermannHein);
+    average.duLowQuarter = meanOf(sets, &CatchCanFigures::duLowQuarter);
+    average.schedulingCoefficient = meanOf(sets, &CatchCanFigures::schedulingCoefficient);
+    average.cuMovingAverage = meanOf(sets, &CatchCanFigures::cuMovingAverage);
+    return average;
+}
+
+}  // namespace caudalis::design

@@ -58,17 +58,36 @@ void ProjectSetup::create(DatabaseKind kind, const std::filesystem::path& file) 
     }
 }
 
+bool ProjectSetup::addMissingTables(const DatabaseFile& database) const {
+    if (database.kind() != DatabaseKind::Project || database.hasTable("pivot_evaluation_figures")) {
+        return false;
+    }
+    try {
+        Connection connection(database.connectionString());
+        connection.Open();
+        runScriptFile(connection, dataFolder_ / "schema/project.sql");
+        connection.Close();
+    } catch (const Error& error) {
+        throw InputError("cannot add the evaluation figures table to " + database.path() + ": " +
+                         error.description());
+    }
+    return true;
+}
+
 void ProjectSetup::provide(DatabaseKind kind, const std::filesystem::path& file, std::ostream& out) const {
     const DatabaseFile database(file.string(), kind);
     std::error_code ignored;
     const bool existed = std::filesystem::exists(file, ignored);
+    std::string state = "created";
     if (existed) {
         database.requireUsable();
+        state = addMissingTables(database) ? "already there, evaluation figures table added"
+                                           : "already there, left as it was";
     } else {
         create(kind, file);
     }
-    fmt::print(out, "{} database: {} ({}, {})\n", database.kindName(), file.string(),
-               existed ? "already there, left as it was" : "created", contentOf(database));
+    fmt::print(out, "{} database: {} ({}, {})\n", database.kindName(), file.string(), state,
+               contentOf(database));
 }
 
 void ProjectSetup::run(std::ostream& out) const {

@@ -148,6 +148,19 @@ CatchCanFigures CatchCanStatistics::of(const std::vector<std::vector<WaterDepthS
     return figures;
 }
 
+std::vector<std::pair<std::string, std::optional<double>>> CatchCanStatistics::named(
+    const CatchCanFigures& figures) {
+    return {
+        {"collectors", static_cast<double>(figures.collectors)},
+        {"mean_depth_mm", figures.meanDepthMm},
+        {"low_quarter_mean_mm", figures.lowQuarterMeanMm},
+        {"cu_hh_percent", figures.cuHeermannHein},
+        {"du_lq_percent", figures.duLowQuarter},
+        {"scheduling_coefficient", figures.schedulingCoefficient},
+        {"cu_moving_average_percent", figures.cuMovingAverage},
+    };
+}
+
 CatchCanFigures CatchCanStatistics::averageOf(const std::vector<CatchCanFigures>& sets) {
     CatchCanFigures average;
     for (const auto& set : sets) {

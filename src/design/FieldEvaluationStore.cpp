@@ -29,16 +29,7 @@ std::string valueLiteral(const std::optional<double>& value) {
 }
 
 void addFigures(std::vector<StoredFigure>& figures, const std::string& scope, const CatchCanFigures& set) {
-    const std::vector<std::pair<const char*, std::optional<double>>> values{
-        {"collectors", static_cast<double>(set.collectors)},
-        {"mean_depth_mm", set.meanDepthMm},
-        {"low_quarter_mean_mm", set.lowQuarterMeanMm},
-        {"cu_hh_percent", set.cuHeermannHein},
-        {"du_lq_percent", set.duLowQuarter},
-        {"scheduling_coefficient", set.schedulingCoefficient},
-        {"cu_moving_average_percent", set.cuMovingAverage},
-    };
-    for (const auto& [figure, value] : values) {
+    for (const auto& [figure, value] : CatchCanStatistics::named(set)) {
         figures.push_back({scope, figure, value, ""});
     }
 }

@@ -35,6 +35,21 @@ void largestFirst(std::vector<Item>& items, Size size) {
 
 }  // namespace
 
+double MeasuredDesignedComparison::medianSpacing(const std::vector<std::vector<FieldReading>>& lines) {
+    std::vector<double> gaps;
+    for (const auto& line : lines) {
+        for (std::size_t i = 1; i < line.size(); ++i) {
+            gaps.push_back(
+                std::fabs(line[i].depth.distanceFromCenter - line[i - 1].depth.distanceFromCenter));
+        }
+    }
+    if (gaps.empty()) {
+        return 0;
+    }
+    std::nth_element(gaps.begin(), gaps.begin() + static_cast<std::ptrdiff_t>(gaps.size() / 2), gaps.end());
+    return gaps[gaps.size() / 2];
+}
+
 double MeasuredDesignedComparison::contribution(const DesignedOutlet& outlet, double radiusM,
                                                 double wettedRadiusM) {
     if (radiusM <= 0) {
@@ -63,10 +78,15 @@ double MeasuredDesignedComparison::designedDepthAt(const DesignedMachine& machin
 
 std::vector<OutletDifference> MeasuredDesignedComparison::outletDifferences(
     const DesignComparison& comparison, const DesignedMachine& machine, double wettedRadiusM) {
-    std::vector<OutletDifference> outlets;
+    struct Fit {
+        const DesignedOutlet* outlet;
+        double correlation;
+        double energy;
+    };
+    std::vector<Fit> fits;
+    double bestCovered = 0;
     for (const auto& outlet : machine.outlets) {
-        double correlation = 0;
-        double energy = 0;
+        Fit fit{&outlet, 0, 0};
         for (const auto& collector : comparison.collectors) {
             if (collector.designedMm <= 0) {
                 continue;
@@ -74,11 +94,16 @@ std::vector<OutletDifference> MeasuredDesignedComparison::outletDifferences(
             const double r = collector.reading.depth.distanceFromCenter;
             const double g =
                 contribution(outlet, r, wettedRadiusM) * comparison.levelFactor / collector.designedMm;
-            correlation += collector.differencePercent / 100 * g;
-            energy += g * g;
+            fit.correlation += collector.differencePercent / 100 * g;
+            fit.energy += g * g;
         }
-        if (energy > 1e-12) {
-            outlets.push_back({outlet, 100 * correlation / energy});
+        bestCovered = std::max(bestCovered, fit.energy);
+        fits.push_back(fit);
+    }
+    std::vector<OutletDifference> outlets;
+    for (const auto& fit : fits) {
+        if (fit.energy > 0 && fit.energy >= minimumCoverage * bestCovered) {
+            outlets.push_back({*fit.outlet, 100 * fit.correlation / fit.energy});
         }
     }
     largestFirst(outlets, [](const OutletDifference& o) { return o.estimatedPercent; });
@@ -125,7 +150,12 @@ DesignComparison MeasuredDesignedComparison::compare(const std::vector<std::vect
         const double difference = expected > 0 ? 100 * (readings[i].depth.depth - expected) / expected : 0;
         comparison.collectors.push_back({readings[i], expected, difference});
     }
-    comparison.outlets = outletDifferences(comparison, machine, wettedRadius);
+    comparison.collectorSpacingM = medianSpacing(lines);
+    comparison.outletsResolved =
+        comparison.collectorSpacingM > 0 && comparison.collectorSpacingM <= wettedRadius;
+    if (comparison.outletsResolved) {
+        comparison.outlets = outletDifferences(comparison, machine, wettedRadius);
+    }
     comparison.spans = spanDifferences(comparison, machine);
     return comparison;
 }

@@ -139,3 +139,54 @@ TEST(MeasuredDesignedComparison, DesignedDepthSpreadsEachOutletKeepingItsVolume)
     EXPECT_DOUBLE_EQ(MeasuredDesignedComparison::designedDepthAt(machine, 50, 6), 7);
     EXPECT_DOUBLE_EQ(MeasuredDesignedComparison::designedDepthAt(machine, 61, 6), 0);
 }
+
+TEST(MeasuredDesignedComparison, CollectorsFarApartCompareSpansOnly) {
+    // Outlets every 2 m from 20 to 40 m laying 10 mm; collectors 10 m apart at 20, 30, 40 m,
+    // farther apart than the wetted radius of 3 m: no single outlet can be told.
+    DesignedMachine machine;
+    for (int i = 0; i <= 10; ++i) {
+        machine.outlets.push_back({1, i + 1, false, 20.0 + 2 * i, 10, 2});
+    }
+    machine.spans.push_back({1, 19, 41});
+    std::vector<std::vector<FieldReading>> lines(1);
+    for (const double r : {20.0, 30.0, 40.0}) {
+        FieldReading reading;
+        reading.depth = WaterDepthSample{r == 30 ? 5.0 : 10.0, r, false};
+        lines[0].push_back(reading);
+    }
+    const auto comparison = MeasuredDesignedComparison::compare(lines, machine, 6);
+    EXPECT_DOUBLE_EQ(comparison.collectorSpacingM, 10);
+    EXPECT_FALSE(comparison.outletsResolved);
+    EXPECT_TRUE(comparison.outlets.empty());
+    ASSERT_EQ(comparison.spans.size(), 1u);
+    EXPECT_EQ(comparison.spans[0].collectors, 3);
+    EXPECT_LT(comparison.collectors[1].differencePercent, 0);
+}
+
+TEST(MeasuredDesignedComparison, OutletsTheCollectorsBarelySeeAreNotEstimated) {
+    // Outlets every metre from 14 to 40 m; collectors at 20 and 26 m, a wetted radius of 6 m.
+    // An outlet more than about half the wetted radius from every collector has less than a
+    // quarter of the best coverage; beyond 32 m none sees a collector at all.
+    DesignedMachine machine;
+    for (int i = 0; i <= 26; ++i) {
+        machine.outlets.push_back({1, i + 1, false, 14.0 + i, 10, 1});
+    }
+    std::vector<std::vector<FieldReading>> lines(1);
+    for (const double r : {20.0, 26.0}) {
+        FieldReading reading;
+        reading.depth = WaterDepthSample{r == 20 ? 8.0 : 10.0, r, false};
+        lines[0].push_back(reading);
+    }
+    const auto comparison = MeasuredDesignedComparison::compare(lines, machine, 12);
+    EXPECT_TRUE(comparison.outletsResolved);
+    ASSERT_FALSE(comparison.outlets.empty());
+    bool twenty = false;
+    for (const auto& outlet : comparison.outlets) {
+        const double r = outlet.outlet.radiusM;
+        twenty = twenty || r == 20;
+        EXPECT_LT(std::min(std::fabs(r - 20), std::fabs(r - 26)), 4) << r;
+        EXPECT_LT(r, 31) << r;
+    }
+    EXPECT_TRUE(twenty);
+    EXPECT_LT(comparison.outlets.size(), machine.outlets.size() / 2);
+}

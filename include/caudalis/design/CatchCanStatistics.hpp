@@ -1,6 +1,8 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "caudalis/core/BoundedArray.hpp"
@@ -46,6 +48,10 @@ class CatchCanStatistics {
 public:
     /// The figures of one or more lines of collectors, each line ordered by distance.
     static CatchCanFigures of(const std::vector<std::vector<WaterDepthSample>>& lines);
+    /// The figures by the names reports and stored evaluations give them (`collectors`,
+    /// `mean_depth_mm`, `low_quarter_mean_mm`, `cu_hh_percent`, `du_lq_percent`,
+    /// `scheduling_coefficient`, `cu_moving_average_percent`), in that order.
+    static std::vector<std::pair<std::string, std::optional<double>>> named(const CatchCanFigures& figures);
     /// The arithmetic mean of each figure over several sets (a figure missing in one set is
     /// missing in the mean); `collectors` is their sum.
     static CatchCanFigures averageOf(const std::vector<CatchCanFigures>& sets);

@@ -64,7 +64,12 @@ struct DesignComparison {
     /// (timer setting, test duration, gauge and wind all move the measured level).
     double levelFactor = 1;
     std::vector<CollectorComparison> collectors;
-    /// The outlets the collectors cover, the largest difference first.
+    /// The median distance between neighbouring collectors of a line, m.
+    double collectorSpacingM = 0;
+    /// Whether the collectors stand close enough (at most the wetted radius apart) to single
+    /// out outlets; when they do not, `outlets` is empty and only spans are compared.
+    bool outletsResolved = false;
+    /// The outlets the collectors cover well enough, the largest difference first.
     std::vector<OutletDifference> outlets;
     /// The spans with collectors, the largest mean difference first.
     std::vector<SpanDifference> spans;
@@ -82,9 +87,14 @@ struct DesignComparison {
 /// collectors and s = mean(m) / mean(D) (distance-weighted means), the relative difference at a
 /// collector is e_c = m_c / (s D(r_c)) - 1. An outlet whose flow is (1 + a_i) times its design
 /// changes e_c by a_i g_i(r_c), g_i(r) = d_i w_i r_i k(r - r_i) / (r D(r)); its estimate is the
-/// least-squares a_i = sum_c e_c g_i(r_c) / sum_c g_i(r_c)^2.
+/// least-squares a_i = sum_c e_c g_i(r_c) / sum_c g_i(r_c)^2. Collectors far apart see some
+/// outlets only at the edge of their pattern, where a small difference would make a large
+/// estimate: an outlet is estimated only when sum_c g_i(r_c)^2 reaches `minimumCoverage` of
+/// the best-covered outlet's, and only when the collectors stand at most the wetted radius apart.
 class MeasuredDesignedComparison {
 public:
+    static constexpr double minimumCoverage = 0.25;
+
     /// `lines` are the collectors that count, per line; `wettedDiameterM` > 0.
     static DesignComparison compare(const std::vector<std::vector<FieldReading>>& lines,
                                     const DesignedMachine& machine, double wettedDiameterM);
@@ -92,6 +102,7 @@ public:
     static double designedDepthAt(const DesignedMachine& machine, double radiusM, double wettedRadiusM);
 
 private:
+    static double medianSpacing(const std::vector<std::vector<FieldReading>>& lines);
     static double contribution(const DesignedOutlet& outlet, double radiusM, double wettedRadiusM);
     static std::vector<OutletDifference> outletDifferences(const DesignComparison& comparison,
                                                            const DesignedMachine& machine,

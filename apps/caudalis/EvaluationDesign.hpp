@@ -3,8 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "DesignResult.hpp"
-#include "NozzleSource.hpp"
+#include "caudalis/design/DesignResult.hpp"
 #include "caudalis/design/MeasuredDesignedComparison.hpp"
 
 namespace caudalis::cli {
@@ -20,12 +19,12 @@ struct DesignReference {
     /// Where the last span (the overhang included) ends, m.
     double lastSpanEndM = 0;
     double wettedDiameterM = 0;
-    /// Where the wetted diameter came from ("--wetted-diameter", "the design's pluviometry check",
-    /// "default").
+    /// Where the wetted diameter came from ("--wetted-diameter", "the design's pluviometry
+    /// check", "default").
     std::string wettedDiameterFrom;
 };
 
-/// Computes the design a field test is compared with.
+/// What a field evaluation takes from the design it is compared with.
 class EvaluationDesign {
 public:
     /// A spray's typical wetted diameter, used when neither the option nor the design gives one.
@@ -33,10 +32,8 @@ public:
 
     /// `timerPercent` is the drive's timer setting during the test (the designed depth is for
     /// 100 %); `wettedDiameterM` overrides the design's.
-    static DesignReference load(const std::string& designPath, NozzleSource& nozzles, long maxPasses,
-                                double timerPercent, std::optional<double> wettedDiameterM);
-    /// The outlets and spans of a computed design, as the comparison sees them.
-    static design::DesignedMachine machineOf(const DesignResult& result);
+    static DesignReference reference(const std::string& designPath, const design::DesignResult& result,
+                                     double timerPercent, std::optional<double> wettedDiameterM);
 };
 
 }  // namespace caudalis::cli

@@ -1,20 +1,11 @@
 #include "caudalis/design/CatchCanStatistics.hpp"
 
 #include "caudalis/core/Checked.hpp"
-#include "caudalis/core/Errors.hpp"
-#include "caudalis/evaluation/WaterDepths.hpp"
+#include "caudalis/design/Uniformity.hpp"
 
 namespace caudalis::design {
 
 namespace {
-
-bool hasWeight(const BoundedArray<WaterDepthSample>& samples) {
-    double weight = 0;
-    for (const auto& sample : samples) {
-        weight += sample.distanceFromCenter;
-    }
-    return weight > 0;
-}
 
 std::vector<WaterDepthSample> joined(const std::vector<std::vector<WaterDepthSample>>& lines) {
     std::vector<WaterDepthSample> all;
@@ -60,57 +51,10 @@ BoundedArray<WaterDepthSample> CatchCanStatistics::array(const std::vector<Water
     return list;
 }
 
-std::optional<double> CatchCanStatistics::meanDepth(const BoundedArray<WaterDepthSample>& samples) {
-    if (!hasWeight(samples)) {
-        return std::nullopt;
-    }
-    return WaterDepths::shared()->Average(samples);
-}
-
-std::optional<double> CatchCanStatistics::lowQuarterMean(const BoundedArray<WaterDepthSample>& samples) {
-    if (!hasWeight(samples)) {
-        return std::nullopt;
-    }
-    const auto depths = WaterDepths::shared();
-    try {
-        return depths->Average(depths->LowQuarter(samples));
-    } catch (const Error& error) {
-        if (error.number() != errorNumber(WaterDepthSampleException::NotEnoughSamplesToComputeLowQuarter)) {
-            throw;
-        }
-        return std::nullopt;
-    }
-}
-
-std::optional<double> CatchCanStatistics::heermannHein(const BoundedArray<WaterDepthSample>& samples) {
-    const auto average = meanDepth(samples);
-    if (!average || *average <= 0) {
-        return std::nullopt;
-    }
-    const auto depths = WaterDepths::shared();
-    double deviations = 0;
-    double weighted = 0;
-    for (const auto& sample : samples) {
-        deviations = checked::add(deviations, depths->PonderatedDeviation(sample, *average));
-        weighted = checked::add(weighted, depths->PonderatedDepths(sample));
-    }
-    return 100 * (1 - checked::div(deviations, weighted));
-}
-
-std::optional<double> CatchCanStatistics::lowQuarterUniformity(
-    const BoundedArray<WaterDepthSample>& samples) {
-    const auto average = meanDepth(samples);
-    const auto quarter = lowQuarterMean(samples);
-    if (!average || !quarter || *average <= 0) {
-        return std::nullopt;
-    }
-    return 100 * checked::div(*quarter, *average);
-}
-
 std::optional<double> CatchCanStatistics::schedulingCoefficient(
     const BoundedArray<WaterDepthSample>& samples) {
-    const auto average = meanDepth(samples);
-    const auto quarter = lowQuarterMean(samples);
+    const auto average = Uniformity::meanDepth(samples);
+    const auto quarter = Uniformity::lowQuarterMean(samples);
     if (!average || !quarter || *quarter <= 0) {
         return std::nullopt;
     }
@@ -139,12 +83,12 @@ CatchCanFigures CatchCanStatistics::of(const std::vector<std::vector<WaterDepthS
     const auto all = array(joined(lines));
     CatchCanFigures figures;
     figures.collectors = all.count();
-    figures.meanDepthMm = meanDepth(all);
-    figures.lowQuarterMeanMm = lowQuarterMean(all);
-    figures.cuHeermannHein = heermannHein(all);
-    figures.duLowQuarter = lowQuarterUniformity(all);
+    figures.meanDepthMm = Uniformity::meanDepth(all);
+    figures.lowQuarterMeanMm = Uniformity::lowQuarterMean(all);
+    figures.cuHeermannHein = Uniformity::heermannHein(all);
+    figures.duLowQuarter = Uniformity::lowQuarter(all);
     figures.schedulingCoefficient = schedulingCoefficient(all);
-    figures.cuMovingAverage = heermannHein(array(joined(smoothed)));
+    figures.cuMovingAverage = Uniformity::heermannHein(array(joined(smoothed)));
     return figures;
 }
 

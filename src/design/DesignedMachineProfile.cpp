@@ -21,6 +21,24 @@ void addSpan(DesignedMachine& machine, const tramo& span, int number, double& fr
 
 }  // namespace
 
+DesignedMachine DesignedMachineProfile::of(const DesignResult& result) {
+    DesignedMachine machine;
+    double from = 0;
+    for (const auto& span : result.spans) {
+        machine.spans.push_back({span.number, from, from + span.span.longitude});
+        from += span.span.longitude;
+    }
+    const double gunRing = result.design.endGun ? result.design.endGun->ringWidthM : 0;
+    for (const auto& outlet : result.outlets) {
+        const bool gun = outlet.place == OutletPlace::EndGun;
+        const double ring =
+            gun ? gunRing : result.spans[static_cast<std::size_t>(outlet.span - 1)].span.separacionSaidas;
+        machine.outlets.push_back(
+            {outlet.span, outlet.number, gun, outlet.outlet.distanciaAoPivot, outlet.depthMm, ring});
+    }
+    return machine;
+}
+
 DesignedMachine DesignedMachineProfile::of(PivotWrapper& wrapper) {
     pivot record;
     wrapper.update(record);

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <functional>
 #include <map>
 
-#include "caudalis/design/FieldUnits.hpp"
+#include "caudalis/core/Constants.hpp"
 #include "caudalis/design/ReadingsError.hpp"
+#include "caudalis/design/Units.hpp"
 #include "caudalis/evaluation/FieldSamples.hpp"
 #include "caudalis/evaluation/Pluviometros.hpp"
 #include "caudalis/evaluation/WaterDepths.hpp"
@@ -14,6 +16,15 @@
 namespace caudalis::design {
 
 namespace {
+
+constexpr double metresPerInch = Units::millimetresPerInch / 1000;
+
+/// A gauge record whose opening area is `areaM2`, so that the library's conversion of a volume
+/// into a depth (`FieldSamples::ToWaterDepth`) uses that very area; the diameter only makes it
+/// valid.
+Pluviometro gaugeOfArea(double areaM2) {
+    return Pluviometro{2 * std::sqrt(areaM2 / pi), areaM2};
+}
 
 /// A column the readings may have, with the factor that turns its values into the library's
 /// unit.
@@ -26,12 +37,12 @@ struct ColumnKind {
 const std::vector<ColumnKind>& columnKinds() {
     static const std::vector<ColumnKind> kinds{
         {"distance_m", "distance", 1},
-        {"distance_ft", "distance", FieldUnits::metresPerFoot},
+        {"distance_ft", "distance", Units::metresPerFoot},
         {"volume_ml", "amount", 1},
         {"depth_mm", "amount", 1},
-        {"depth_in", "amount", FieldUnits::millimetresPerInch},
-        {"collector_area_cm2", "area", FieldUnits::squareMetresPerSquareCentimetre},
-        {"collector_area_in2", "area", FieldUnits::squareMetresPerSquareInch},
+        {"depth_in", "amount", Units::millimetresPerInch},
+        {"collector_area_cm2", "area", 1e-4},
+        {"collector_area_in2", "area", metresPerInch * metresPerInch},
         {"line", "line", 1},
         {"collector", "collector", 1},
         {"flag", "flag", 1},
@@ -153,7 +164,7 @@ private:
             if (!(area > 0)) {
                 fail("area", "a collector's opening must be more than 0");
             }
-            auto gauge = FieldUnits::gaugeOfArea(area);
+            auto gauge = gaugeOfArea(area);
             reading.depth = samples->ToWaterDepth(samples->newFieldSample(amount, distance), gauge);
             reading.sample =
                 samples->newFieldSample(reading.depth.p_null ? amount : reading.depth.depth, distance);

@@ -26,7 +26,8 @@ struct CatchCanFigures {
     std::optional<double> cuMovingAverage;
 };
 
-/// The figures a field evaluation of a centre pivot reports, after ASABE S436.1 (ISO 11545):
+/// The figures a field evaluation of a centre pivot reports, after ASABE S436.1 (ISO 11545);
+/// the mean, low-quarter mean, CU_HH and DU_lq are the design's own (`Uniformity`):
 /// every collector is weighted by its distance r_i from the centre, because it stands for a
 /// ring whose area grows with r_i. With depths d_i:
 ///
@@ -56,10 +57,7 @@ public:
     /// missing in the mean); `collectors` is their sum.
     static CatchCanFigures averageOf(const std::vector<CatchCanFigures>& sets);
 
-    static std::optional<double> meanDepth(const BoundedArray<WaterDepthSample>& samples);
-    static std::optional<double> lowQuarterMean(const BoundedArray<WaterDepthSample>& samples);
-    static std::optional<double> heermannHein(const BoundedArray<WaterDepthSample>& samples);
-    static std::optional<double> lowQuarterUniformity(const BoundedArray<WaterDepthSample>& samples);
+    /// m / m_lq; empty when either is not defined or m_lq is 0.
     static std::optional<double> schedulingCoefficient(const BoundedArray<WaterDepthSample>& samples);
     /// The line's depths, each replaced by the mean of itself and its neighbours.
     static std::vector<WaterDepthSample> movingAverage(const std::vector<WaterDepthSample>& line);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "caudalis/design/DesignResult.hpp"
 #include "caudalis/design/MeasuredDesignedComparison.hpp"
 
 namespace caudalis {
@@ -13,7 +14,10 @@ namespace caudalis::design {
 /// `calculate`), with its span, number, radius and ring width, and where each span lies.
 class DesignedMachineProfile {
 public:
+    /// The profile of a wrapper computed with any strategy.
     static DesignedMachine of(PivotWrapper& wrapper);
+    /// The profile of a design run (`DesignRunner`), whose outlets carry the same depths.
+    static DesignedMachine of(const DesignResult& result);
 };
 
 }  // namespace caudalis::design

@@ -275,3 +275,15 @@ TEST_F(ProgramEvaluateTest, UsageErrors) {
     expectFailure(run("evaluate"), ExitCode::Usage, "evaluate needs a readings file, or list or show ID");
     expectFailure(run("evaluate " + quoted(csv) + " --timer 0"), ExitCode::Usage, "--timer");
 }
+
+TEST_F(ProgramEvaluateTest, TheShippedCrewSheetPointsAtItsLowOutlet) {
+    const auto figures =
+        evaluate(example("evaluations/small-2025.csv") + " --gauge-diameter 0.1 --inner-radius 10 --design " +
+                 example("designs/small.json"));
+    EXPECT_EQ(figures["lines"][1]["name"], "west");
+    ASSERT_EQ(figures["left_out"].size(), 7u);
+    EXPECT_EQ(figures["left_out"][6]["crew_flag"], "tipped");
+    EXPECT_EQ(figures["comparison"]["outlets"][0]["span"], 2);
+    EXPECT_EQ(figures["comparison"]["outlets"][0]["outlet"], 4);
+    EXPECT_EQ(figures["end_gun_zone"]["collectors"], 4);
+}

@@ -1,6 +1,7 @@
 #include "caudalis/design/CatchCanStatistics.hpp"
 
 #include "caudalis/core/Checked.hpp"
+#include "caudalis/design/ReadingsText.hpp"
 #include "caudalis/design/Uniformity.hpp"
 
 namespace caudalis::design {
@@ -40,17 +41,6 @@ std::optional<double> meanOf(const std::vector<CatchCanFigures>& sets, Field fie
 
 }  // namespace
 
-BoundedArray<WaterDepthSample> CatchCanStatistics::array(const std::vector<WaterDepthSample>& samples) {
-    BoundedArray<WaterDepthSample> list;
-    if (!samples.empty()) {
-        list.redim(1, static_cast<Long>(samples.size()));
-        for (Long i = 1; i <= list.count(); ++i) {
-            list(i) = samples[static_cast<std::size_t>(i - 1)];
-        }
-    }
-    return list;
-}
-
 std::optional<double> CatchCanStatistics::schedulingCoefficient(
     const BoundedArray<WaterDepthSample>& samples) {
     const auto average = Uniformity::meanDepth(samples);
@@ -80,7 +70,7 @@ CatchCanFigures CatchCanStatistics::of(const std::vector<std::vector<WaterDepthS
     for (const auto& line : lines) {
         smoothed.push_back(movingAverage(line));
     }
-    const auto all = array(joined(lines));
+    const auto all = ReadingsTextTools::oneBased(joined(lines));
     CatchCanFigures figures;
     figures.collectors = all.count();
     figures.meanDepthMm = Uniformity::meanDepth(all);
@@ -88,7 +78,7 @@ CatchCanFigures CatchCanStatistics::of(const std::vector<std::vector<WaterDepthS
     figures.cuHeermannHein = Uniformity::heermannHein(all);
     figures.duLowQuarter = Uniformity::lowQuarter(all);
     figures.schedulingCoefficient = schedulingCoefficient(all);
-    figures.cuMovingAverage = Uniformity::heermannHein(array(joined(smoothed)));
+    figures.cuMovingAverage = Uniformity::heermannHein(ReadingsTextTools::oneBased(joined(smoothed)));
     return figures;
 }
 

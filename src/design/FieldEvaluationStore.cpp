@@ -5,6 +5,7 @@
 #include "caudalis/db/Connection.hpp"
 #include "caudalis/db/Recordset.hpp"
 #include "caudalis/db/SqlText.hpp"
+#include "caudalis/design/ReadingsText.hpp"
 #include "caudalis/evaluation/PivotEvaluations.hpp"
 #include "caudalis/evaluation/Pluviometros.hpp"
 
@@ -69,14 +70,7 @@ BoundedArray<FieldSample> samplesOfLine(const FieldReadings& readings, int line)
             samples.push_back(reading.sample);
         }
     }
-    BoundedArray<FieldSample> array;
-    if (!samples.empty()) {
-        array.redim(1, static_cast<Long>(samples.size()));
-        for (Long i = 1; i <= array.count(); ++i) {
-            array(i) = samples[static_cast<std::size_t>(i - 1)];
-        }
-    }
-    return array;
+    return ReadingsTextTools::oneBased(samples);
 }
 
 std::optional<double> optionalNumber(const Variant& value) {

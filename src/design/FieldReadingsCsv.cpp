@@ -232,22 +232,9 @@ private:
 
 std::vector<std::string> FieldReadingsCsv::fields(const std::string& row, const std::string& source,
                                                   long line) {
-    std::vector<std::string> fields(1);
-    bool quoted = false;
-    for (std::size_t i = 0; i < row.size(); ++i) {
-        const char c = row[i];
-        if (quoted && c == '"' && i + 1 < row.size() && row[i + 1] == '"') {
-            fields.back() += '"';
-            ++i;
-        } else if (c == '"') {
-            quoted = !quoted;
-        } else if (c == ',' && !quoted) {
-            fields.emplace_back();
-        } else {
-            fields.back() += c;
-        }
-    }
-    if (quoted) {
+    bool unclosedQuote = false;
+    auto fields = ReadingsTextTools::csvFields(row, unclosedQuote);
+    if (unclosedQuote) {
         throw ReadingsError(source, line, "a quoted field is not closed");
     }
     return fields;

@@ -61,8 +61,6 @@ public:
     static std::optional<double> schedulingCoefficient(const BoundedArray<WaterDepthSample>& samples);
     /// The line's depths, each replaced by the mean of itself and its neighbours.
     static std::vector<WaterDepthSample> movingAverage(const std::vector<WaterDepthSample>& line);
-    /// A 1-based array of the samples.
-    static BoundedArray<WaterDepthSample> array(const std::vector<WaterDepthSample>& samples);
 };
 
 }  // namespace caudalis::design

@@ -73,7 +73,10 @@ TEST_F(FieldEvaluationStoreTest, DepthsAreStoredWithTheirFiguresAndComeBack) {
     };
     EXPECT_DOUBLE_EQ(*value("together", "cu_hh_percent").value, *result.together.cuHeermannHein);
     EXPECT_DOUBLE_EQ(*value("line 2", "cu_hh_percent").value, 100);
-    EXPECT_DOUBLE_EQ(*value("lines", "du_lq_percent").value, *result.lineAverage.duLowQuarter);
+    // Line 2's two collectors have no low quarter, so the lines' mean has no DU: stored as null.
+    EXPECT_FALSE(result.lineAverage.duLowQuarter);
+    EXPECT_FALSE(value("lines", "du_lq_percent").value);
+    EXPECT_DOUBLE_EQ(*value("lines", "cu_hh_percent").value, *result.lineAverage.cuHeermannHein);
     EXPECT_EQ(value("settings", "amounts").note, "mm");
     EXPECT_EQ(value("settings", "line 1 name").note, "north");
     EXPECT_DOUBLE_EQ(*value("settings", "expected_depth_mm").value, 12.5);

@@ -6,6 +6,7 @@
 #include "PlainText.hpp"
 #include "StorableText.hpp"
 #include "TextFile.hpp"
+#include "caudalis/design/ReadingsText.hpp"
 
 namespace caudalis::cli {
 
@@ -47,22 +48,8 @@ void requireOrdered(double low, double high, const std::string& where, const cha
 }  // namespace
 
 std::vector<std::string> CatalogueCsv::fields(const std::string& line) {
-    std::vector<std::string> fields(1);
-    bool quoted = false;
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        const char c = line[i];
-        if (quoted && c == '"' && i + 1 < line.size() && line[i + 1] == '"') {
-            fields.back() += '"';
-            ++i;
-        } else if (c == '"') {
-            quoted = !quoted;
-        } else if (c == ',' && !quoted) {
-            fields.emplace_back();
-        } else {
-            fields.back() += c;
-        }
-    }
-    return fields;
+    bool unclosedQuote = false;
+    return design::ReadingsTextTools::csvFields(line, unclosedQuote);
 }
 
 CatalogueRow CatalogueCsv::row(const std::vector<std::string>& fields, const std::string& where) {

@@ -114,21 +114,46 @@ void CommandLine::defineDesign(CLI::App& app) {
 void CommandLine::defineEvaluate(CLI::App& app) {
     auto& o = *options_;
     auto* evaluate = app.add_subcommand("evaluate", "evaluate the catch-can readings of a field test");
+    evaluate->fallthrough();
     evaluate
         ->add_option("readings", o.readingsPaths,
-                     "readings file (amount in ml, one space, distance in m, per line; the two passes "
-                     "separated by a blank line), or one file per pass")
-        ->required()
+                     "readings: a .csv file with named columns, or the text form (amount in ml, one space, "
+                     "distance in m, per line; two radial lines separated by a blank line, or one file each)")
         ->expected(1, 2);
     evaluate
         ->add_option("--gauge-diameter", o.gaugeDiameterM, "opening diameter of the rain gauges, in metres")
-        ->required()
         ->check(gaugeDiameter());
+    evaluate->add_option("--inner-radius", o.innerRadiusM, "leave out the collectors nearer the centre (m)")
+        ->check(CLI::NonNegativeNumber);
+    evaluate
+        ->add_option(
+            "--last-span-end", o.lastSpanEndM,
+            "where the last span ends (m): collectors beyond are the end-gun zone (default: from --design)")
+        ->check(CLI::PositiveNumber);
+    evaluate->add_option("--outlier", o.outlierPercent, "list collectors more than this many % off the mean")
+        ->check(CLI::PositiveNumber)
+        ->capture_default_str();
+    evaluate->add_option("--design", o.designPath, "lay the readings over this design file's depth profile");
+    addCatalogueOption(*evaluate, o.cataloguePath, "catalogue database of nozzles for --design");
+    evaluate->add_option("--timer", o.timerPercent, "the drive's timer setting during the test, %")
+        ->check(CLI::Range(1.0, 100.0))
+        ->capture_default_str();
+    evaluate
+        ->add_option(
+            "--wetted-diameter", o.wettedDiameterM,
+            "the sprinklers' wetted diameter in m (default: the design's pluviometry check, else 12)")
+        ->check(CLI::PositiveNumber);
     evaluate->add_option("--name", o.evaluationName,
                          "name of the evaluation (default: the readings file's name)");
-    evaluate->add_flag("--save", o.saveEvaluation, "store the evaluation in the project database");
-    addProjectOption(*evaluate, o.projectPath, "project database for --save");
-    evaluate->add_flag("--json", o.json, "print the figures as JSON");
+    evaluate->add_flag("--save", o.saveEvaluation,
+                       "store the evaluation and its figures in the project database");
+    addProjectOption(*evaluate, o.projectPath, "project database for --save, list and show");
+    evaluate->add_flag("--json", o.json, "print everything as JSON");
+    evaluate->add_subcommand("list", "list the stored evaluations with their CU and DU");
+    evaluate->add_subcommand("show", "print a stored evaluation and its figures")
+        ->add_option("id", o.evaluationId, "evaluation key (see evaluate list)")
+        ->required()
+        ->check(CLI::PositiveNumber);
 }
 
 void CommandLine::defineCatalogue(CLI::App& app) {
@@ -208,7 +233,7 @@ void CommandLine::dispatch(const CLI::App& app) {
     } else if (app.got_subcommand("design")) {
         runDesign();
     } else if (app.got_subcommand("evaluate")) {
-        runEvaluate();
+        runEvaluate(*app.get_subcommand("evaluate"));
     } else if (app.got_subcommand("catalogue")) {
         runCatalogue(*app.get_subcommand("catalogue"));
     } else if (app.got_subcommand("chart")) {

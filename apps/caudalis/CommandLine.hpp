@@ -52,7 +52,8 @@ private:
 
     void runInit();
     void runDesign();
-    void runEvaluate();
+    void runEvaluate(const CLI::App& evaluate);
+    void evaluateReadings();
     void runCatalogue(const CLI::App& catalogue);
     void listNozzles();
     void importCatalogue();

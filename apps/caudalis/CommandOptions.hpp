@@ -28,9 +28,15 @@ struct CommandLine::Options {
     bool json = false;
     // evaluate
     std::vector<std::string> readingsPaths;
-    double gaugeDiameterM = 0;
+    std::optional<double> gaugeDiameterM;
     std::optional<std::string> evaluationName;
     bool saveEvaluation = false;
+    double innerRadiusM = 0;
+    std::optional<double> lastSpanEndM;
+    double outlierPercent = 20;
+    double timerPercent = 100;
+    std::optional<double> wettedDiameterM;
+    long evaluationId = 0;
     // catalogue
     std::optional<std::string> brand;
     std::optional<std::string> model;

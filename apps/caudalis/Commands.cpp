@@ -1,5 +1,6 @@
 // The commands of the program, each run after the arguments are parsed.
 
+#include <algorithm>
 #include <filesystem>
 
 #include <fmt/format.h>
@@ -13,6 +14,7 @@
 #include "CliErrors.hpp"
 #include "CommandOptions.hpp"
 #include "DataFolder.hpp"
+#include "EvaluationDesign.hpp"
 #include "EvaluationReport.hpp"
 #include "EvaluationStore.hpp"
 #include "OutputFile.hpp"
@@ -25,8 +27,10 @@
 #include "caudalis/design/DesignFile.hpp"
 #include "caudalis/design/DesignPrintout.hpp"
 #include "caudalis/design/DesignRunner.hpp"
+#include "caudalis/design/FieldEvaluator.hpp"
 #include "caudalis/design/HtmlReport.hpp"
 #include "caudalis/design/JsonReport.hpp"
+#include "caudalis/design/ReadingsError.hpp"
 #include "caudalis/design/TextReport.hpp"
 
 namespace caudalis::cli {
@@ -133,25 +137,70 @@ void CommandLine::runDesign() {
     }
 }
 
-void CommandLine::runEvaluate() {
+void CommandLine::runEvaluate(const CLI::App& command) {
     const auto& o = *options_;
+    if (command.got_subcommand("list")) {
+        EvaluationReport::writeList(out_, EvaluationStore(o.projectPath).list());
+    } else if (command.got_subcommand("show")) {
+        const auto stored = EvaluationStore(o.projectPath).find(static_cast<Long>(o.evaluationId));
+        if (o.json) {
+            out_ << EvaluationReport::storedJson(stored).dump(2) << '\n';
+        } else {
+            EvaluationReport::writeStored(out_, stored);
+        }
+    } else {
+        evaluateReadings();
+    }
+}
+
+void CommandLine::evaluateReadings() {
+    const auto& o = *options_;
+    if (o.readingsPaths.empty()) {
+        throw UsageError("evaluate needs a readings file, or list or show ID");
+    }
     const auto name = o.evaluationName.value_or(defaultEvaluationName(o.readingsPaths));
     const EvaluationStore store(o.projectPath);
     if (o.saveEvaluation) {
         store.requireNameIsFree(name);
     }
-    const auto passes = ReadingsFile::load(o.readingsPaths);
-    const auto figures = FieldEvaluation::evaluate(passes, o.gaugeDiameterM, name);
-    if (o.json) {
-        out_ << EvaluationReport::toJson(figures).dump(2) << '\n';
-    } else {
-        EvaluationReport::write(out_, figures);
+    EvaluationOutcome outcome{name, ReadingsFile::load(o.readingsPaths, o.gaugeDiameterM), {}, {}, {}};
+    design::FieldEvaluationSettings settings;
+    settings.innerRadiusM = o.innerRadiusM;
+    settings.lastSpanEndM = o.lastSpanEndM;
+    settings.outlierPercent = o.outlierPercent;
+    if (!o.designPath.empty()) {
+        const auto description = design::DesignFile::load(o.designPath);
+        const auto source = services_.nozzleSource(o.cataloguePath);
+        outcome.design =
+            EvaluationDesign::reference(o.designPath, computeDesign(description, *source, o.maxPasses),
+                                        o.timerPercent, o.wettedDiameterM);
+        settings.expectedDepthMm = outcome.design->expectedDepthMm;
+        if (!settings.lastSpanEndM) {
+            settings.lastSpanEndM = outcome.design->lastSpanEndM;
+        }
     }
-    if (!figures.rejected.empty()) {
-        note(fmt::format("warning: {} invalid readings left out", figures.rejected.size()));
+    try {
+        outcome.result = design::FieldEvaluator::evaluate(outcome.readings, settings);
+    } catch (const design::ReadingsError& error) {
+        throw InputError(std::string("readings file ") + error.what());
+    }
+    if (outcome.design) {
+        outcome.comparison = design::MeasuredDesignedComparison::compare(
+            outcome.result.counted, outcome.design->machine, outcome.design->wettedDiameterM);
+    }
+    if (o.json) {
+        out_ << EvaluationReport::toJson(outcome).dump(2) << '\n';
+    } else {
+        EvaluationReport::write(out_, outcome);
+    }
+    const auto invalid =
+        std::count_if(outcome.result.excluded.begin(), outcome.result.excluded.end(),
+                      [](const auto& e) { return e.reason == design::ExclusionReason::Invalid; });
+    if (invalid > 0) {
+        note(fmt::format("warning: {} invalid readings left out", invalid));
     }
     if (o.saveEvaluation) {
-        const auto id = store.save(FieldEvaluation::record(passes, o.gaugeDiameterM, name));
+        const auto id = store.save(outcome.readings, outcome.result, name);
         note(fmt::format("evaluation \"{}\" stored with id {}", name, id));
     }
 }

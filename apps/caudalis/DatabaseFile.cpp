@@ -121,4 +121,9 @@ void DatabaseFile::requireUsable() const {
     }
 }
 
+bool DatabaseFile::hasTable(const std::string& name) const {
+    const auto names = tableNames();
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
 }  // namespace caudalis::cli

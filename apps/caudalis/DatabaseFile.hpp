@@ -45,6 +45,8 @@ public:
     /// The whole numbers in column `field` of the rows `sql` selects (a query of the program's
     /// own, run after `requireUsable`).
     std::vector<long> wholeNumbers(const std::string& sql, const std::string& field) const;
+    /// Whether the file holds the table `name` (in lower case).
+    bool hasTable(const std::string& name) const;
 
     /// The tables a database of `kind` must hold (names in lower case).
     static const std::vector<std::string>& requiredTables(DatabaseKind kind);

@@ -4,83 +4,326 @@
 #include <fmt/ostream.h>
 
 #include "JsonValue.hpp"
+#include "caudalis/design/CatchCanStatistics.hpp"
 
 namespace caudalis::cli {
 
 namespace {
 
-std::string figure(const std::optional<double>& value, const char* unit) {
-    return value ? fmt::format("{:.2f} {}", *value, unit) : std::string("n/a");
+using design::CatchCanFigures;
+using design::CatchCanStatistics;
+using design::ExclusionReason;
+using design::FieldReading;
+
+/// The label of each named figure in the text report, with its number format.
+struct FigureLabel {
+    const char* name;
+    const char* label;
+    const char* format;
+};
+
+const std::vector<FigureLabel>& figureLabels() {
+    static const std::vector<FigureLabel> labels{
+        {"collectors", "Collectors", "{:.0f}"},
+        {"mean_depth_mm", "Mean depth (mm)", "{:.2f}"},
+        {"low_quarter_mean_mm", "Low-quarter mean depth (mm)", "{:.2f}"},
+        {"cu_hh_percent", "CU Heermann-Hein (%)", "{:.1f}"},
+        {"du_lq_percent", "DU low quarter (%)", "{:.1f}"},
+        {"scheduling_coefficient", "Scheduling coefficient", "{:.2f}"},
+        {"cu_moving_average_percent", "CU 3-collector average (%)", "{:.1f}"},
+    };
+    return labels;
+}
+
+std::string figureText(const std::optional<double>& value, const char* format) {
+    return value ? fmt::format(fmt::runtime(format), *value) : std::string("n/a");
 }
 
 void line(std::ostream& out, const std::string& label, const std::string& value) {
     fmt::print(out, "  {:<32}{}\n", label, value);
 }
 
-std::string where(const Reading& reading) {
-    return fmt::format("{} line {}", reading.file, reading.line);
+std::string where(const FieldReading& reading) {
+    return fmt::format("{} line {}", reading.source, reading.sourceLine);
 }
 
-nlohmann::json readingJson(const Reading& reading) {
-    return {{"file", reading.file},
-            {"line", reading.line},
-            {"collectedAmount", reading.sample.collectedAmount},
-            {"distanceFromCenter", reading.sample.distanceFromCenter}};
+std::string collectorName(const FieldReading& reading) {
+    return reading.collector.empty() ? std::string() : " collector " + reading.collector;
+}
+
+std::string reasonText(const design::ExcludedReading& excluded) {
+    switch (excluded.reason) {
+        case ExclusionReason::CrewFlag:
+            return "struck out by the crew (" + excluded.reading.crewExclusion + ")";
+        case ExclusionReason::InsideRadius:
+            return "inside the inner radius";
+        case ExclusionReason::Invalid:
+            break;
+    }
+    return "not a valid reading";
+}
+
+const char* reasonName(ExclusionReason reason) {
+    switch (reason) {
+        case ExclusionReason::CrewFlag:
+            return "crew";
+        case ExclusionReason::InsideRadius:
+            return "inside_inner_radius";
+        case ExclusionReason::Invalid:
+            break;
+    }
+    return "invalid";
+}
+
+nlohmann::json figuresJson(const CatchCanFigures& figures) {
+    auto json = nlohmann::json::object();
+    for (const auto& [name, value] : CatchCanStatistics::named(figures)) {
+        json[name] = optionalJson(value);
+    }
+    return json;
+}
+
+nlohmann::json readingJson(const FieldReading& reading) {
+    return {
+        {"line", reading.line},
+        {"collector", reading.collector},
+        {"file", reading.source},
+        {"file_line", reading.sourceLine},
+        {"amount", reading.sample.collectedAmount},
+        {"distance_m", reading.sample.distanceFromCenter},
+        {"depth_mm", reading.depth.p_null ? nlohmann::json(nullptr) : nlohmann::json(reading.depth.depth)},
+        {"crew_flag", reading.crewExclusion}};
+}
+
+nlohmann::json comparisonJson(const DesignReference& design, const design::DesignComparison& comparison) {
+    auto collectors = nlohmann::json::array();
+    for (const auto& collector : comparison.collectors) {
+        auto entry = readingJson(collector.reading);
+        entry["designed_mm"] = collector.designedMm;
+        entry["difference_percent"] = collector.differencePercent;
+        collectors.push_back(entry);
+    }
+    auto outlets = nlohmann::json::array();
+    for (const auto& outlet : comparison.outlets) {
+        outlets.push_back({{"span", outlet.outlet.span},
+                           {"outlet", outlet.outlet.number},
+                           {"end_gun", outlet.outlet.endGun},
+                           {"radius_m", outlet.outlet.radiusM},
+                           {"estimated_percent", outlet.estimatedPercent}});
+    }
+    auto spans = nlohmann::json::array();
+    for (const auto& span : comparison.spans) {
+        spans.push_back({{"span", span.span.number},
+                         {"from_m", span.span.fromM},
+                         {"to_m", span.span.toM},
+                         {"collectors", span.collectors},
+                         {"mean_difference_percent", span.meanDifferencePercent}});
+    }
+    return {{"design_file", design.designPath},
+            {"timer_percent", design.timerPercent},
+            {"wetted_diameter_m", comparison.wettedDiameterM},
+            {"wetted_diameter_from", design.wettedDiameterFrom},
+            {"level_factor", comparison.levelFactor},
+            {"collector_spacing_m", comparison.collectorSpacingM},
+            {"outlets_resolved", comparison.outletsResolved},
+            {"collectors", collectors},
+            {"outlets", outlets},
+            {"spans", spans}};
 }
 
 }  // namespace
 
-void EvaluationReport::write(std::ostream& out, const EvaluationFigures& f) {
-    fmt::print(out, "Field evaluation: {}\n", f.name);
-    line(out, "Rain gauge", fmt::format("{:g} m opening ({:.6f} m2)", f.gaugeDiameterM, f.gaugeAreaM2));
-    line(out, "Readings",
-         fmt::format("{} ({} valid, {} left out)", f.readings,
-                     f.readings - static_cast<long>(f.rejected.size()), f.rejected.size()));
-    line(out, "Mean depth, first pass", figure(f.firstPassMeanMm, "mm"));
-    line(out, "Mean depth, second pass", figure(f.secondPassMeanMm, "mm"));
-    line(out, "Weighted mean depth", figure(f.meanDepthMm, "mm"));
-    line(out, "Low-quarter mean depth", figure(f.lowQuarterMeanMm, "mm"));
-    line(out, "Uniformity CU (Heermann-Hein)", figure(f.uniformityCoefficient, "%"));
-    line(out, "Uniformity DU (low quarter)", figure(f.lowQuarterUniformity, "%"));
-    for (const auto& rejected : f.rejected) {
-        fmt::print(out, "  left out: {:g} at {:g} m ({})\n", rejected.sample.collectedAmount,
-                   rejected.sample.distanceFromCenter, where(rejected));
+void EvaluationReport::writeFigures(std::ostream& out, const design::FieldEvaluationResult& result) {
+    std::vector<std::pair<std::string, const CatchCanFigures*>> columns;
+    for (const auto& lineFigures : result.lines) {
+        columns.emplace_back("Line " + lineFigures.name, &lineFigures.figures);
     }
-    fmt::print(out, "Readings more than {:g} % off the mean: {}\n", FieldEvaluation::flagLimitPercent,
-               f.flagged.size());
-    for (const auto& flagged : f.flagged) {
-        fmt::print(out, "  pass {} at {:>8.2f} m: {:>8.2f} mm ({:+.1f} %)  {}\n", flagged.pass,
-                   flagged.reading.sample.distanceFromCenter, flagged.depthMm, flagged.deviationPercent,
-                   where(flagged.reading));
+    if (result.lines.size() > 1) {
+        columns.emplace_back("Lines' mean", &result.lineAverage);
+        columns.emplace_back("Together", &result.together);
+    }
+    if (result.endGunZone) {
+        columns.emplace_back("End gun", &*result.endGunZone);
+    }
+    fmt::print(out, "  {:<32}", "Figures (distance-weighted)");
+    for (const auto& column : columns) {
+        fmt::print(out, "{:>13}", column.first);
+    }
+    fmt::print(out, "\n");
+    for (const auto& label : figureLabels()) {
+        fmt::print(out, "  {:<32}", label.label);
+        for (const auto& column : columns) {
+            for (const auto& [name, value] : CatchCanStatistics::named(*column.second)) {
+                if (name == label.name) {
+                    fmt::print(out, "{:>13}", figureText(value, label.format));
+                }
+            }
+        }
+        fmt::print(out, "\n");
     }
 }
 
-nlohmann::json EvaluationReport::toJson(const EvaluationFigures& f) {
-    auto rejected = nlohmann::json::array();
-    for (const auto& reading : f.rejected) {
-        rejected.push_back(readingJson(reading));
+void EvaluationReport::writeReadingNotes(std::ostream& out, const design::FieldEvaluationResult& result) {
+    for (const auto& excluded : result.excluded) {
+        fmt::print(out, "  left out: line {}{} {:g} at {:g} m, {} ({})\n", excluded.reading.line,
+                   collectorName(excluded.reading), excluded.reading.sample.collectedAmount,
+                   excluded.reading.sample.distanceFromCenter, reasonText(excluded), where(excluded.reading));
     }
-    auto flagged = nlohmann::json::array();
-    for (const auto& reading : f.flagged) {
+    fmt::print(out, "Collectors more than {:g} % off the mean: {}\n", result.settings.outlierPercent,
+               result.outliers.size());
+    for (const auto& outlier : result.outliers) {
+        fmt::print(out, "  line {}{} at {:>8.2f} m: {:>8.2f} mm ({:+.1f} %)  {}\n", outlier.reading.line,
+                   collectorName(outlier.reading), outlier.reading.depth.distanceFromCenter,
+                   outlier.reading.depth.depth, outlier.deviationPercent, where(outlier.reading));
+    }
+}
+
+void EvaluationReport::writeComparison(std::ostream& out, const DesignReference& design,
+                                       const design::DesignComparison& comparison) {
+    fmt::print(out,
+               "Measured beside designed ({}, wetted diameter {:g} m from {}; measured level {:.0f} % of "
+               "designed):\n",
+               design.designPath, comparison.wettedDiameterM, design.wettedDiameterFrom,
+               100 * comparison.levelFactor);
+    for (const auto& span : comparison.spans) {
+        fmt::print(out, "  span {} ({:g}-{:g} m): {:+.1f} % over {} collectors\n", span.span.number,
+                   span.span.fromM, span.span.toM, span.meanDifferencePercent, span.collectors);
+    }
+    if (!comparison.outletsResolved) {
+        fmt::print(out, "  collectors {:g} m apart cannot single out outlets of a {:g} m wetted diameter\n",
+                   comparison.collectorSpacingM, comparison.wettedDiameterM);
+    }
+    const auto shown = std::min(outletsListed, comparison.outlets.size());
+    for (std::size_t i = 0; i < shown; ++i) {
+        const auto& outlet = comparison.outlets[i].outlet;
+        const auto name =
+            outlet.endGun ? std::string("end gun") : fmt::format("outlet {}-{}", outlet.span, outlet.number);
+        fmt::print(out, "  {} at {:.1f} m: flow about {:+.0f} % from design\n", name, outlet.radiusM,
+                   comparison.outlets[i].estimatedPercent);
+    }
+}
+
+void EvaluationReport::write(std::ostream& out, const EvaluationOutcome& outcome) {
+    const auto& result = outcome.result;
+    const auto& readings = outcome.readings;
+    const auto counted = result.together.collectors + (result.endGunZone ? result.endGunZone->collectors : 0);
+    fmt::print(out, "Field evaluation: {}\n", outcome.name);
+    line(out, "Readings",
+         fmt::format("{} ({} counted, {} left out)", result.readings, counted, result.excluded.size()));
+    line(out, "Amounts",
+         readings.amounts == design::StoredAmount::VolumeMl
+             ? fmt::format("ml in gauges of {:g} m opening", readings.gaugeDiameterM)
+             : std::string("depths in mm"));
+    if (result.settings.innerRadiusM > 0) {
+        line(out, "Inner radius", fmt::format("{:g} m", result.settings.innerRadiusM));
+    }
+    if (result.settings.lastSpanEndM) {
+        line(out, "Last span ends at",
+             fmt::format("{:g} m (beyond: end-gun zone)", *result.settings.lastSpanEndM));
+    }
+    writeFigures(out, result);
+    if (result.settings.expectedDepthMm) {
+        line(out, "Expected depth", fmt::format("{:.2f} mm", *result.settings.expectedDepthMm));
+        if (result.appliedPercentOfExpected) {
+            line(out, "Mean depth / expected", fmt::format("{:.1f} %", *result.appliedPercentOfExpected));
+        }
+    }
+    writeReadingNotes(out, result);
+    if (outcome.design && outcome.comparison) {
+        writeComparison(out, *outcome.design, *outcome.comparison);
+    }
+}
+
+nlohmann::json EvaluationReport::toJson(const EvaluationOutcome& outcome) {
+    const auto& result = outcome.result;
+    auto lines = nlohmann::json::array();
+    for (const auto& lineFigures : result.lines) {
+        lines.push_back({{"line", lineFigures.line},
+                         {"name", lineFigures.name},
+                         {"figures", figuresJson(lineFigures.figures)}});
+    }
+    auto excluded = nlohmann::json::array();
+    for (const auto& reading : result.excluded) {
         auto entry = readingJson(reading.reading);
-        entry["pass"] = reading.pass;
-        entry["depth_mm"] = reading.depthMm;
-        entry["deviation_percent"] = reading.deviationPercent;
-        flagged.push_back(entry);
+        entry["reason"] = reasonName(reading.reason);
+        excluded.push_back(entry);
     }
-    return {{"name", f.name},
-            {"gauge_diameter_m", f.gaugeDiameterM},
-            {"gauge_area_m2", f.gaugeAreaM2},
-            {"readings", f.readings},
-            {"left_out", rejected},
-            {"first_pass_mean_depth_mm", optionalJson(f.firstPassMeanMm)},
-            {"second_pass_mean_depth_mm", optionalJson(f.secondPassMeanMm)},
-            {"mean_depth_mm", f.meanDepthMm},
-            {"low_quarter_mean_depth_mm", optionalJson(f.lowQuarterMeanMm)},
-            {"cu_heermann_hein_percent", optionalJson(f.uniformityCoefficient)},
-            {"du_low_quarter_percent", optionalJson(f.lowQuarterUniformity)},
-            {"flag_limit_percent", FieldEvaluation::flagLimitPercent},
-            {"flagged", flagged}};
+    auto outliers = nlohmann::json::array();
+    for (const auto& outlier : result.outliers) {
+        auto entry = readingJson(outlier.reading);
+        entry["deviation_percent"] = outlier.deviationPercent;
+        outliers.push_back(entry);
+    }
+    auto readings = nlohmann::json::array();
+    for (const auto& reading : outcome.readings.readings) {
+        readings.push_back(readingJson(reading));
+    }
+    const auto& settings = result.settings;
+    return {{"name", outcome.name},
+            {"readings", result.readings},
+            {"amounts", outcome.readings.amounts == design::StoredAmount::VolumeMl ? "ml" : "mm"},
+            {"gauge_diameter_m", outcome.readings.gaugeDiameterM},
+            {"inner_radius_m", settings.innerRadiusM},
+            {"last_span_end_m", optionalJson(settings.lastSpanEndM)},
+            {"outlier_percent", settings.outlierPercent},
+            {"expected_depth_mm", optionalJson(settings.expectedDepthMm)},
+            {"applied_percent_of_expected", optionalJson(result.appliedPercentOfExpected)},
+            {"lines", lines},
+            {"lines_mean", figuresJson(result.lineAverage)},
+            {"together", figuresJson(result.together)},
+            {"end_gun_zone", result.endGunZone ? figuresJson(*result.endGunZone) : nlohmann::json(nullptr)},
+            {"left_out", excluded},
+            {"outliers", outliers},
+            {"collectors", readings},
+            {"comparison", outcome.design && outcome.comparison
+                               ? comparisonJson(*outcome.design, *outcome.comparison)
+                               : nlohmann::json(nullptr)}};
+}
+
+void EvaluationReport::writeList(std::ostream& out,
+                                 const std::vector<design::StoredEvaluationSummary>& evaluations) {
+    fmt::print(out, "{:>6}  {:<32}{:>8}{:>8}\n", "id", "name", "CU %", "DU %");
+    for (const auto& evaluation : evaluations) {
+        fmt::print(out, "{:>6}  {:<32}{:>8}{:>8}\n", evaluation.id, evaluation.name,
+                   figureText(evaluation.cuHeermannHein, "{:.1f}"),
+                   figureText(evaluation.duLowQuarter, "{:.1f}"));
+    }
+}
+
+void EvaluationReport::writeStored(std::ostream& out, const design::StoredFieldEvaluation& stored) {
+    const auto& evaluation = stored.evaluation;
+    fmt::print(out, "Evaluation {}: {}\n", evaluation.id, evaluation.name);
+    line(out, "Gauge diameter",
+         evaluation.pluviometer.diameter > 0 ? fmt::format("{:g} m", evaluation.pluviometer.diameter)
+                                             : std::string("none (amounts are depths in mm)"));
+    line(out, "Readings",
+         fmt::format("{} on line 1, {} on line 2", evaluation.firstSample.count(),
+                     evaluation.secondSample.count()));
+    if (stored.figures.empty()) {
+        fmt::print(out, "  (stored without figures)\n");
+    }
+    for (const auto& figure : stored.figures) {
+        const auto value =
+            figure.value ? fmt::format("{:g}", *figure.value) : std::string(figure.note.empty() ? "n/a" : "");
+        fmt::print(out, "  {:<10}{:<30}{}{}\n", figure.scope, figure.figure, value, figure.note);
+    }
+}
+
+nlohmann::json EvaluationReport::storedJson(const design::StoredFieldEvaluation& stored) {
+    auto figures = nlohmann::json::array();
+    for (const auto& figure : stored.figures) {
+        figures.push_back({{"scope", figure.scope},
+                           {"figure", figure.figure},
+                           {"value", optionalJson(figure.value)},
+                           {"note", figure.note}});
+    }
+    const auto& evaluation = stored.evaluation;
+    return {{"id", evaluation.id},
+            {"name", evaluation.name},
+            {"gauge_diameter_m", evaluation.pluviometer.diameter},
+            {"first_line_readings", evaluation.firstSample.count()},
+            {"second_line_readings", evaluation.secondSample.count()},
+            {"figures", figures}};
 }
 
 }  // namespace caudalis::cli

@@ -1,18 +1,45 @@
 #pragma once
 
+#include <optional>
 #include <ostream>
+#include <string>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
-#include "FieldEvaluation.hpp"
+#include "EvaluationDesign.hpp"
+#include "caudalis/design/FieldEvaluationResult.hpp"
+#include "caudalis/design/FieldEvaluationStore.hpp"
+#include "caudalis/design/MeasuredDesignedComparison.hpp"
 
 namespace caudalis::cli {
 
-/// The figures of a field evaluation as text or JSON.
+/// Everything `caudalis evaluate` found for one field test.
+struct EvaluationOutcome {
+    std::string name;
+    design::FieldReadings readings;
+    design::FieldEvaluationResult result;
+    std::optional<DesignReference> design;
+    std::optional<design::DesignComparison> comparison;
+};
+
+/// A field evaluation as text or JSON, and the stored evaluations as a list or one by one.
 class EvaluationReport {
 public:
-    static void write(std::ostream& out, const EvaluationFigures& figures);
-    static nlohmann::json toJson(const EvaluationFigures& figures);
+    /// How many outlets the text lists where measured and designed differ most.
+    static constexpr std::size_t outletsListed = 5;
+
+    static void write(std::ostream& out, const EvaluationOutcome& outcome);
+    static nlohmann::json toJson(const EvaluationOutcome& outcome);
+    static void writeList(std::ostream& out, const std::vector<design::StoredEvaluationSummary>& evaluations);
+    static void writeStored(std::ostream& out, const design::StoredFieldEvaluation& stored);
+    static nlohmann::json storedJson(const design::StoredFieldEvaluation& stored);
+
+private:
+    static void writeFigures(std::ostream& out, const design::FieldEvaluationResult& result);
+    static void writeReadingNotes(std::ostream& out, const design::FieldEvaluationResult& result);
+    static void writeComparison(std::ostream& out, const DesignReference& design,
+                                const design::DesignComparison& comparison);
 };
 
 }  // namespace caudalis::cli

@@ -4,18 +4,15 @@
 #include "StorableText.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/db/Connection.hpp"
-#include "caudalis/evaluation/PivotEvaluations.hpp"
 
 namespace caudalis::cli {
 
 namespace {
 
-bool nameTaken(Connection& connection, const std::string& name) {
-    return PivotEvaluations::shared()->exists(connection, "name='" + name + "'");
-}
+constexpr const char* figuresTable = "pivot_evaluation_figures";
 
-std::string takenName(const std::string& name) {
-    return "an evaluation named \"" + name + "\" already exists";
+std::string takenName(const std::string& name, const std::string& path) {
+    return "an evaluation named \"" + name + "\" already exists in project database " + path;
 }
 
 }  // namespace
@@ -23,33 +20,62 @@ std::string takenName(const std::string& name) {
 EvaluationStore::EvaluationStore(std::string projectPath)
     : project_(std::move(projectPath), DatabaseKind::Project) {}
 
-void EvaluationStore::requireNameIsFree(const std::string& name) const {
-    requireStorableText(name, "evaluation name");
+void EvaluationStore::requireFiguresTable() const {
     project_.requireUsable();
-    Connection connection(project_.connectionString());
-    connection.Open();
-    if (nameTaken(connection, name)) {
-        throw InputError(takenName(name) + " in project database " + project_.path());
+    if (!project_.hasTable(figuresTable)) {
+        throw InputError("project database " + project_.path() + " has no table " + figuresTable +
+                         " (it predates stored figures): run caudalis init on its folder to add it");
     }
 }
 
-Long EvaluationStore::save(PivotEvaluation evaluation) const {
-    requireNameIsFree(evaluation.name);
+void EvaluationStore::requireNameIsFree(const std::string& name) const {
+    requireStorableText(name, "evaluation name");
+    requireFiguresTable();
+    Connection connection(project_.connectionString());
+    connection.Open();
+    if (design::FieldEvaluationStore(connection).nameTaken(name)) {
+        throw InputError(takenName(name, project_.path()));
+    }
+}
+
+Long EvaluationStore::save(const design::FieldReadings& readings, const design::FieldEvaluationResult& result,
+                           const std::string& name) const {
+    requireNameIsFree(name);
     try {
         Connection connection(project_.connectionString());
         connection.Open();
         connection.BeginTrans();
-        if (nameTaken(connection, evaluation.name)) {
-            throw InputError(takenName(evaluation.name) + " in project database " + project_.path());
+        design::FieldEvaluationStore store(connection);
+        if (store.nameTaken(name)) {
+            throw InputError(takenName(name, project_.path()));
         }
-        PivotEvaluations::shared()->save(connection, evaluation);
+        const auto id = store.save(readings, result, name);
         connection.CommitTrans();
         connection.Close();
+        return id;
     } catch (const Error& error) {
         throw InputError("cannot store the evaluation in project database " + project_.path() + ": " +
                          error.description());
     }
-    return evaluation.id;
+}
+
+std::vector<design::StoredEvaluationSummary> EvaluationStore::list() const {
+    requireFiguresTable();
+    Connection connection(project_.connectionString());
+    connection.Open();
+    return design::FieldEvaluationStore(connection).list();
+}
+
+design::StoredFieldEvaluation EvaluationStore::find(Long id) const {
+    requireFiguresTable();
+    Connection connection(project_.connectionString());
+    connection.Open();
+    auto found = design::FieldEvaluationStore(connection).find(id);
+    if (!found) {
+        throw InputError("project database " + project_.path() + " holds no evaluation " +
+                         std::to_string(id));
+    }
+    return *found;
 }
 
 }  // namespace caudalis::cli

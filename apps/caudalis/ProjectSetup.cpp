@@ -79,7 +79,7 @@ void ProjectSetup::create(DatabaseKind kind, const std::filesystem::path& file) 
     }
 }
 
-void ProjectSetup::createOnServer(const DatabaseFile& database) const {
+void ProjectSetup::runOnServer(const DatabaseFile& database, const std::vector<const char*>& scripts) const {
     try {
         Connection connection(database.connectionString());
         connection.Open();
@@ -87,7 +87,7 @@ void ProjectSetup::createOnServer(const DatabaseFile& database) const {
         if (const auto schema = PostgresConnectionString::parse(database.path())->schema()) {
             connection.Execute("CREATE SCHEMA IF NOT EXISTS \"" + *schema + "\"");
         }
-        for (const char* script : serverScriptsOf(database.kind())) {
+        for (const char* script : scripts) {
             for (const auto& statement :
                  splitStatements(readTextFile((dataFolder_ / script).string(), "SQL script"))) {
                 if (!controlsTransaction(statement)) {
@@ -102,19 +102,48 @@ void ProjectSetup::createOnServer(const DatabaseFile& database) const {
     }
 }
 
+bool ProjectSetup::lacksSideTables(const DatabaseFile& database) {
+    for (const char* table : {"chart_speed_table", "chart_outlet_figures", "pivot_evaluation_figures"}) {
+        if (!database.hasTable(table)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool ProjectSetup::addMissingTables(const DatabaseFile& database) const {
+    if (database.kind() != DatabaseKind::Project || !lacksSideTables(database)) {
+        return false;
+    }
+    if (database.onServer()) {
+        runOnServer(database, {"schema/project-postgresql.sql"});
+        return true;
+    }
+    try {
+        Connection connection(database.connectionString());
+        connection.Open();
+        runScriptFile(connection, dataFolder_ / "schema/project.sql");
+        connection.Close();
+    } catch (const Error& error) {
+        throw InputError("cannot add the missing side tables to " + database.path() + ": " + error.description());
+    }
+    return true;
+}
+
 void ProjectSetup::provide(const DatabaseFile& database, std::ostream& out) const {
     std::error_code ignored;
     const bool existed =
         database.onServer() ? !database.holdsNoTables() : std::filesystem::exists(database.path(), ignored);
+    std::string state = "created";
     if (existed) {
         database.requireUsable();
+        state = addMissingTables(database) ? "already there, missing side tables added" : "already there, left as it was";
     } else if (database.onServer()) {
-        createOnServer(database);
+        runOnServer(database, serverScriptsOf(database.kind()));
     } else {
         create(database.kind(), database.path());
     }
-    fmt::print(out, "{} database: {} ({}, {})\n", database.kindName(), database.path(),
-               existed ? "already there, left as it was" : "created", contentOf(database));
+    fmt::print(out, "{} database: {} ({}, {})\n", database.kindName(), database.path(), state, contentOf(database));
 }
 
 std::string ProjectSetup::targetOf(DatabaseKind kind) const {

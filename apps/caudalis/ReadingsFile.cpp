@@ -1,67 +1,57 @@
 #include "ReadingsFile.hpp"
 
-#include <sstream>
+#include <algorithm>
+#include <cctype>
 
 #include "CliErrors.hpp"
-#include "PlainText.hpp"
 #include "TextFile.hpp"
-#include "caudalis/evaluation/FieldSamples.hpp"
+#include "caudalis/design/FieldReadingsCsv.hpp"
+#include "caudalis/design/FieldReadingsText.hpp"
+#include "caudalis/design/ReadingsError.hpp"
 
 namespace caudalis::cli {
 
-Reading ReadingsFile::parseLine(const std::string& line, const std::string& source, long number) {
-    const auto text = withoutBlanksAround(line);
-    const auto space = text.find(' ');
-    const bool wellFormed = space != std::string::npos && text.find(' ', space + 1) == std::string::npos &&
-                            numberIn(text.substr(0, space)) && numberIn(text.substr(space + 1));
-    if (!wellFormed) {
-        throw InputError(source + " line " + std::to_string(number) + ": \"" + text +
-                         "\" is not a reading (amount, one space, distance; \".\" as decimal point)");
+namespace {
+
+design::FieldReadings readCsv(const std::vector<std::string>& paths, std::optional<double> gaugeDiameterM) {
+    if (paths.size() != 1) {
+        throw UsageError("a CSV readings file holds both radial lines (a line column): give it alone");
     }
-    return Reading{FieldSamples::shared()->Parse(text), source, number};
+    return design::FieldReadingsCsv::read({paths.front(), readTextFile(paths.front(), "readings file")},
+                                          gaugeDiameterM);
 }
 
-std::vector<std::vector<Reading>> ReadingsFile::parse(const std::string& text, const std::string& source) {
-    std::vector<std::vector<Reading>> groups;
-    bool startsGroup = true;
-    std::istringstream lines(text);
-    std::string line;
-    for (long number = 1; std::getline(lines, line); ++number) {
-        const auto content = withoutBlanksAround(line);
-        if (content.empty()) {
-            startsGroup = true;
-        } else if (content.front() != '#') {
-            if (startsGroup) {
-                groups.emplace_back();
-                startsGroup = false;
-            }
-            groups.back().push_back(parseLine(line, source, number));
-        }
+design::FieldReadings readText(const std::vector<std::string>& paths, std::optional<double> gaugeDiameterM) {
+    if (!gaugeDiameterM) {
+        throw UsageError("readings in the text form are volumes in ml: give --gauge-diameter");
     }
-    return groups;
-}
-
-ReadingPasses ReadingsFile::load(const std::vector<std::string>& paths) {
-    std::vector<std::vector<Reading>> passes;
+    std::vector<design::ReadingsText> texts;
     for (const auto& path : paths) {
-        auto groups = parse(readTextFile(path, "readings file"), path);
-        if (groups.empty()) {
-            throw InputError("readings file " + path + " holds no readings");
-        }
-        if (groups.size() > (paths.size() == 1 ? 2u : 1u)) {
-            throw InputError(
-                "readings file " + path + " holds " + std::to_string(groups.size()) +
-                " groups of readings separated by blank lines; " +
-                (paths.size() == 1 ? "a file holds at most two passes" : "each of two files holds one pass"));
-        }
-        passes.insert(passes.end(), groups.begin(), groups.end());
+        texts.push_back({path, readTextFile(path, "readings file")});
     }
-    ReadingPasses result;
-    result.first = passes.front();
-    if (passes.size() > 1) {
-        result.second = passes[1];
+    return design::FieldReadingsText::read(texts, *gaugeDiameterM);
+}
+
+}  // namespace
+
+bool ReadingsFile::isCsv(const std::string& path) {
+    if (path.size() < 4) {
+        return false;
     }
-    return result;
+    auto extension = path.substr(path.size() - 4);
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension == ".csv";
+}
+
+design::FieldReadings ReadingsFile::load(const std::vector<std::string>& paths,
+                                         std::optional<double> gaugeDiameterM) {
+    const bool csv = std::any_of(paths.begin(), paths.end(), isCsv);
+    try {
+        return csv ? readCsv(paths, gaugeDiameterM) : readText(paths, gaugeDiameterM);
+    } catch (const design::ReadingsError& error) {
+        throw InputError(std::string("readings file ") + error.what());
+    }
 }
 
 }  // namespace caudalis::cli

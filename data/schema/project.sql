@@ -117,3 +117,19 @@ CREATE TABLE IF NOT EXISTS pivot_evaluations (
     first_samples        TEXT,
     second_samples       TEXT
 );
+
+-- What the command line keeps beside an evaluation: its figures and the settings they were
+-- computed with, one row a value. scope is "together" (both radial lines), "lines" (the mean
+-- of the lines' figures), "line 1", "line 2", "end gun" (collectors beyond the last span),
+-- "settings" or "crew" (a collector struck out: figure "<line>:<position in its readings>",
+-- note the reason). value is null for a figure that is not defined.
+CREATE TABLE IF NOT EXISTS pivot_evaluation_figures (
+    id            INTEGER PRIMARY KEY AUTOINCREMENT,
+    evaluation_id INTEGER NOT NULL,
+    scope         TEXT NOT NULL,
+    figure        TEXT NOT NULL,
+    value         REAL,
+    note          TEXT
+);
+CREATE UNIQUE INDEX IF NOT EXISTS ix_pivot_evaluation_figures_value
+    ON pivot_evaluation_figures (evaluation_id, scope, figure);

@@ -1,7 +1,9 @@
 #pragma once
 
 // The design services every host shares: design files, nozzle packages, the design run, its
-// findings, uniformity figures and the printed, JSON and CSV forms of a result.
+// findings, uniformity figures and the printed, JSON and CSV forms of a result; field
+// evaluations: readings, their figures, the comparison with the design, their storage.
+#include "caudalis/design/CatchCanStatistics.hpp"
 #include "caudalis/design/CsvReport.hpp"
 #include "caudalis/design/DesignChecks.hpp"
 #include "caudalis/design/DesignDescription.hpp"
@@ -10,12 +12,23 @@
 #include "caudalis/design/DesignOptions.hpp"
 #include "caudalis/design/DesignResult.hpp"
 #include "caudalis/design/DesignRunner.hpp"
+#include "caudalis/design/DesignedMachineProfile.hpp"
+#include "caudalis/design/FieldEvaluationResult.hpp"
+#include "caudalis/design/FieldEvaluationStore.hpp"
+#include "caudalis/design/FieldEvaluator.hpp"
+#include "caudalis/design/FieldReadings.hpp"
+#include "caudalis/design/FieldReadingsCsv.hpp"
+#include "caudalis/design/FieldReadingsText.hpp"
 #include "caudalis/design/Finding.hpp"
 #include "caudalis/design/InMemoryNozzleSource.hpp"
 #include "caudalis/design/JsonReport.hpp"
 #include "caudalis/design/MachineBuilder.hpp"
+#include "caudalis/design/MeasuredDesignedComparison.hpp"
+#include "caudalis/design/MountedNozzleStrategy.hpp"
 #include "caudalis/design/NozzlePackageStrategy.hpp"
 #include "caudalis/design/NozzleSource.hpp"
+#include "caudalis/design/ReadingsError.hpp"
+#include "caudalis/design/ReadingsText.hpp"
 #include "caudalis/design/ReportLabels.hpp"
 #include "caudalis/design/TextFile.hpp"
 #include "caudalis/design/TextReport.hpp"

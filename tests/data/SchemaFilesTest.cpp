@@ -238,7 +238,7 @@ TEST(SchemaFiles, EverySchemaFileLoadsIntoAnEmptyDatabase) {
 
 TEST(SchemaFiles, PostgreSqlSchemasDeclareTheSameTablesAndColumns) {
     const auto project = declaredColumns(kProjectSchema);
-    EXPECT_EQ(project.size(), 10u);
+    EXPECT_EQ(project.size(), 11u);
     EXPECT_EQ(declaredColumns("data/schema/project-postgresql.sql"), project);
     const auto catalogue = declaredColumns(kCatalogueSchema);
     EXPECT_EQ(catalogue.size(), 4u);
@@ -261,7 +261,7 @@ TEST(SchemaFiles, PostgreSqlSchemasUseIdentityKeysBooleansAndDoubles) {
             EXPECT_EQ(declaration.find("real"), std::string::npos) << declaration;
         }
     }
-    EXPECT_EQ(keys, 9);
+    EXPECT_EQ(keys, 10);
     EXPECT_EQ(tables["tb_reguladores"].back(), "installed boolean");
     EXPECT_EQ(tables["tb_drop"][3], "installed boolean");
     EXPECT_EQ(tables["tb_cartas"][2], "boost double precision");

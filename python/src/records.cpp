@@ -74,6 +74,9 @@ void bindMachineRecords(py::module_& m) {
     rows.def("lbound", &SpeedRows::lbound).def("ubound", &SpeedRows::ubound).def("count", &SpeedRows::count);
     rows.def("bounds", [](const SpeedRows&) { return py::make_tuple(SpeedRows::lbound(), SpeedRows::ubound()); });
     addSequenceProtocol<SpeedRows, velocidadeDotacao>(rows);
+    rows.def("__repr__", [](py::object self) {
+        return "FixedArray_velocidadeDotacao(" + py::repr(self.attr("tolist")()).cast<std::string>() + ")";
+    });
     RecordClass<caixaVelocidades>(m, "caixaVelocidades")
         .field("tempoH100", &caixaVelocidades::tempoH100)
         .field("velocidades", &caixaVelocidades::velocidades)

@@ -1,12 +1,13 @@
 // Sprinklers and the sprinkler catalogue.
 #include "Bindings.hpp"
+#include "Declarations.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/catalogue/AspersoresStatic.hpp"
 
 namespace caudalis::python {
 
-void bindCatalogue(py::module_& m) {
-    py::class_<Aspersor, Object, std::shared_ptr<Aspersor>>(m, "Aspersor", doc("Aspersor"))
+void bindCatalogue(py::module_& /*m*/) {
+    reopen<AspersorClass>()
         .def("id", &Aspersor::id, doc("Aspersor.id"))
         .def("nome", &Aspersor::nome)
         .def("modelo", &Aspersor::modelo)
@@ -26,7 +27,7 @@ void bindCatalogue(py::module_& m) {
         .def("isLowPressure", &Aspersor::isLowPressure, py::arg("presion"), doc("Aspersor.isLowPressure"))
         .def("isHighPressure", &Aspersor::isHighPressure, py::arg("presion"), doc("Aspersor.isHighPressure"))
         .def("__repr__", [](const Aspersor& self) { return "<Aspersor " + self.nome() + ">"; });
-    py::class_<AspersoresStatic, std::shared_ptr<AspersoresStatic>>(m, "AspersoresStatic", doc("AspersoresStatic"))
+    reopen<AspersoresStaticClass>()
         .def("find", &AspersoresStatic::find, py::arg("connectionString"), doc("AspersoresStatic.find"))
         .def("find_by_marca", &AspersoresStatic::find_by_marca, py::arg("connectionString"), py::arg("marca"),
              doc("AspersoresStatic.find_by_marca"))

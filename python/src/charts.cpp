@@ -1,5 +1,6 @@
 // Mounted sprinklers, sprinkler charts and their persistence.
 #include "Bindings.hpp"
+#include "Declarations.hpp"
 #include "VariantConversion.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
@@ -12,8 +13,7 @@ namespace caudalis::python {
 namespace {
 
 void bindMountedAspersor(py::module_& m) {
-    py::class_<MountedAspersor, PivotApplier, std::shared_ptr<MountedAspersor>>(m, "MountedAspersor",
-                                                                                doc("MountedAspersor"))
+    reopen<MountedAspersorClass>()
         .def("deleted", py::overload_cast<>(&MountedAspersor::deleted, py::const_))
         .def("deleted", py::overload_cast<bool>(&MountedAspersor::deleted), py::arg("value"))
         .def("init", &MountedAspersor::init, py::arg("coordenadas"), py::arg("umAspersor"), doc("MountedAspersor.init"))
@@ -28,7 +28,7 @@ void bindMountedAspersor(py::module_& m) {
 }
 
 void bindCartaAspersores(py::module_& m) {
-    py::class_<CartaAspersores, Object, std::shared_ptr<CartaAspersores>>(m, "CartaAspersores", doc("CartaAspersores"))
+    reopen<CartaAspersoresClass>()
         .def("id", py::overload_cast<>(&CartaAspersores::id, py::const_))
         .def("id", py::overload_cast<Long>(&CartaAspersores::id), py::arg("value"))
         .def("setNome", &CartaAspersores::setNome, py::arg("nome"))
@@ -63,9 +63,8 @@ void bindCartaAspersores(py::module_& m) {
     m.def("makeCartaAspersores", &makeCartaAspersores, doc("makeCartaAspersores"));
 }
 
-void bindCartaAspersoresStatic(py::module_& m) {
-    py::class_<CartaAspersoresStatic, std::shared_ptr<CartaAspersoresStatic>>(m, "CartaAspersoresStatic",
-                                                                              doc("CartaAspersoresStatic"))
+void bindCartaAspersoresStatic() {
+    reopen<CartaAspersoresStaticClass>()
         .def(py::init<>())
         .def("newMountedAspersor", &CartaAspersoresStatic::newMountedAspersor, py::arg("coordenadas"),
              py::arg("umAspersor"), doc("CartaAspersoresStatic.newMountedAspersor"))
@@ -88,7 +87,7 @@ void bindCartaAspersoresStatic(py::module_& m) {
 void bindCharts(py::module_& m) {
     bindMountedAspersor(m);
     bindCartaAspersores(m);
-    bindCartaAspersoresStatic(m);
+    bindCartaAspersoresStatic();
 }
 
 }  // namespace caudalis::python

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Bindings.hpp"
+#include "Declarations.hpp"
 #include "VariantConversion.hpp"
 #include "caudalis/caudalis.hpp"
 
@@ -103,27 +104,17 @@ void bindErrors(py::module_& m) {
     m.def("raiseError", py::overload_cast<std::int32_t>(&raiseError), py::arg("number"), doc("raiseError"));
     m.def("raiseError", py::overload_cast<std::int32_t, const std::string&>(&raiseError), py::arg("number"),
           py::arg("description"), doc("raiseError", 1));
-    py::class_<Exceptions, std::shared_ptr<Exceptions>>(m, "Exceptions", doc("Exceptions"))
+    reopen<ExceptionsClass>()
         .def_static("shared", &Exceptions::shared, doc("Exceptions.shared"))
         .def("throw_", &Exceptions::throw_, py::arg("exception"), doc("Exceptions.throw_"));
 }
 
 void bindVariant(py::module_& m) {
-    py::class_<NullType>(m, "NullType", "The type of `Null`, the value that stands for a Null Variant.")
+    reopen<NullClass>()
         .def("__repr__", [](const NullType&) { return "Null"; })
         .def("__bool__", [](const NullType&) { return false; });
     m.attr("Null") = nullMarker();
-    py::class_<VariantBox> box(m, "Variant", doc("Variant"));
-    py::enum_<Variant::Type>(box, "Type")
-        .value("Empty", Variant::Type::Empty)
-        .value("Null", Variant::Type::Null)
-        .value("Boolean", Variant::Type::Boolean)
-        .value("Integer", Variant::Type::Integer)
-        .value("Long", Variant::Type::Long)
-        .value("Double", Variant::Type::Double)
-        .value("String", Variant::Type::String)
-        .value("Object", Variant::Type::Object)
-        .value("Record", Variant::Type::Record);
+    auto box = reopen<VariantClass>();
     box.def(py::init([]() { return VariantBox{}; }), "An Empty Variant.");
     box.def(py::init([](const Variant& value) { return VariantBox{value}; }), py::arg("value"),
             "The Variant of a Python value (None is Empty, an int a Long when it fits 32 bits).");
@@ -160,9 +151,8 @@ void bindVariant(py::module_& m) {
     m.def("roundHalfEven", &roundHalfEven, py::arg("value"), doc("roundHalfEven"));
 }
 
-void bindCollection(py::module_& m) {
-    py::class_<Object, std::shared_ptr<Object>>(m, "Object", doc("Object"));
-    py::class_<Collection, std::shared_ptr<Collection>>(m, "Collection", doc("Collection"))
+void bindCollection() {
+    reopen<CollectionClass>()
         .def(py::init(&Collection::create))
         .def_static("create", &Collection::create)
         .def("Add", &Collection::Add, py::arg("item"), py::arg("key") = std::nullopt)
@@ -188,28 +178,8 @@ void bindCollection(py::module_& m) {
              "The items as a list, in order.");
 }
 
-/// Lets Python classes derive from `Comparator` and be used by `Arrays.Sort`.
-class PyComparator : public Comparator {
-public:
-    bool GT(const Variant& First, const Variant& second) override {
-        PYBIND11_OVERRIDE(bool, Comparator, GT, First, second);
-    }
-    bool GTE(const Variant& First, const Variant& second) override {
-        PYBIND11_OVERRIDE(bool, Comparator, GTE, First, second);
-    }
-    bool LT(const Variant& First, const Variant& second) override {
-        PYBIND11_OVERRIDE(bool, Comparator, LT, First, second);
-    }
-    bool LTE(const Variant& First, const Variant& second) override {
-        PYBIND11_OVERRIDE(bool, Comparator, LTE, First, second);
-    }
-    bool EQ(const Variant& First, const Variant& second) override {
-        PYBIND11_OVERRIDE(bool, Comparator, EQ, First, second);
-    }
-};
-
 template <class Element>
-void addArrayOperations(py::class_<Arrays, std::shared_ptr<Arrays>>& cls) {
+void addArrayOperations(ArraysClass& cls) {
     using Array = BoundedArray<Element>;
     cls.def("Length", &Arrays::Length<Element>, py::arg("self_"), doc("Arrays.Length"));
     cls.def("IsEmpty", &Arrays::IsEmpty<Element>, py::arg("self_"));
@@ -225,14 +195,14 @@ void addArrayOperations(py::class_<Arrays, std::shared_ptr<Arrays>>& cls) {
 }
 
 void bindArraysAndDoubles(py::module_& m) {
-    py::class_<Comparator, PyComparator, Object, std::shared_ptr<Comparator>>(m, "Comparator", doc("Comparator"))
+    reopen<ComparatorClass>()
         .def(py::init<>())
         .def("GT", &Comparator::GT, py::arg("First"), py::arg("second"))
         .def("GTE", &Comparator::GTE, py::arg("First"), py::arg("second"))
         .def("LT", &Comparator::LT, py::arg("First"), py::arg("second"))
         .def("LTE", &Comparator::LTE, py::arg("First"), py::arg("second"))
         .def("EQ", &Comparator::EQ, py::arg("First"), py::arg("second"));
-    py::class_<Arrays, std::shared_ptr<Arrays>> arrays(m, "Arrays", doc("Arrays"));
+    auto arrays = reopen<ArraysClass>();
     arrays.def(py::init<>()).def_static("shared", &Arrays::shared);
     addArrayOperations<tramo>(arrays);
     addArrayOperations<saida>(arrays);
@@ -245,7 +215,7 @@ void bindArraysAndDoubles(py::module_& m) {
     addArrayOperations<Variant>(arrays);
     m.def("nextRandom", &nextRandom, doc("nextRandom"));
 
-    py::class_<Doubles, std::shared_ptr<Doubles>>(m, "Doubles", doc("Doubles"))
+    reopen<DoublesClass>()
         .def_static("shared", &Doubles::shared)
         .def("NaN", &Doubles::NaN, doc("Doubles.NaN"))
         .def("PositiveInfinity", &Doubles::PositiveInfinity)
@@ -279,7 +249,7 @@ void bindArraysAndDoubles(py::module_& m) {
 }
 
 void bindStatics(py::module_& m) {
-    py::class_<Statics, std::shared_ptr<Statics>>(m, "Statics", doc("Statics"))
+    reopen<StaticsClass>()
         .def(py::init<>())
         .def_static("application", &Statics::application, doc("Statics.application"))
         .def("Aspersores", &Statics::Aspersores, doc("Statics.Aspersores"))
@@ -320,7 +290,7 @@ void bindStatics(py::module_& m) {
 void bindCore(py::module_& m) {
     bindErrors(m);
     bindVariant(m);
-    bindCollection(m);
+    bindCollection();
     bindArraysAndDoubles(m);
     bindStatics(m);
 }

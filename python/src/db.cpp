@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Bindings.hpp"
+#include "Declarations.hpp"
 #include "VariantConversion.hpp"
 #include "caudalis/db/Connection.hpp"
 #include "caudalis/db/ConnectionSettings.hpp"
@@ -17,7 +18,7 @@ namespace caudalis::python {
 namespace {
 
 void bindConnection(py::module_& m) {
-    py::class_<Recordset, Object, std::shared_ptr<Recordset>>(m, "Recordset", doc("Recordset"))
+    reopen<RecordsetClass>()
         .def(py::init<>(), doc("Recordset.Recordset"))
         .def("EOF", &Recordset::EOF_, doc("Recordset.EOF_"))
         .def("EOF_", &Recordset::EOF_, doc("Recordset.EOF_"))
@@ -39,7 +40,7 @@ void bindConnection(py::module_& m) {
                 return rows;
             },
             "The rows from the current one to the end, each a dict of field name to value; moves to EOF.");
-    py::class_<Connection, Object, std::shared_ptr<Connection>>(m, "Connection", doc("Connection"))
+    reopen<ConnectionClass>()
         .def(py::init<>())
         .def(py::init<std::string>(), py::arg("connectionString"))
         .def("ConnectionString", py::overload_cast<const std::string&>(&Connection::ConnectionString),
@@ -63,7 +64,7 @@ void bindConnection(py::module_& m) {
                 }
             },
             "Closes the connection (rolling back an open transaction) when it is open.");
-    py::class_<ConnectionSettings>(m, "ConnectionSettings", doc("ConnectionSettings"))
+    reopen<ConnectionSettingsClass>()
         .def_static("parse", &ConnectionSettings::parse, py::arg("text"))
         .def("provider", &ConnectionSettings::provider, doc("ConnectionSettings.provider"))
         .def("dataSource", &ConnectionSettings::dataSource, doc("ConnectionSettings.dataSource"))
@@ -79,7 +80,7 @@ void bindConnection(py::module_& m) {
 void bindTableSchema(py::module_& m) {
     using OptionalVariant = std::optional<Variant>;
     using OptionalArray = std::optional<BoundedArray<Variant>>;
-    py::class_<TableSchema, Object, std::shared_ptr<TableSchema>>(m, "TableSchema", doc("TableSchema"))
+    reopen<TableSchemaClass>()
         .def(py::init<>())
         .def("init", &TableSchema::init, py::arg("lnome"), py::arg("lcampos"), py::arg("lfield_id"))
         .def("copyData", &TableSchema::copyData, py::arg("con"), py::arg("from_id"), py::arg("to_id"),

@@ -1,5 +1,6 @@
 // Water-depth statistics, catch-can readings, rain gauges and stored evaluations.
 #include "Bindings.hpp"
+#include "Declarations.hpp"
 #include "VariantConversion.hpp"
 #include "caudalis/db/Connection.hpp"
 #include "caudalis/evaluation/FieldSamples.hpp"
@@ -12,8 +13,8 @@ namespace caudalis::python {
 
 namespace {
 
-void bindFieldSamples(py::module_& m) {
-    py::class_<FieldSamples, std::shared_ptr<FieldSamples>>(m, "FieldSamples", doc("FieldSamples"))
+void bindFieldSamples() {
+    reopen<FieldSamplesClass>()
         .def_static("shared", &FieldSamples::shared)
         .def("newFieldSample", &FieldSamples::newFieldSample, py::arg("depth"), py::arg("distance"),
              doc("FieldSamples.newFieldSample"))
@@ -25,7 +26,7 @@ void bindFieldSamples(py::module_& m) {
              py::arg("usedPluviometro"), doc("FieldSamples.CollectionToWaterDepth"))
         .def("ToWaterDepth", &FieldSamples::ToWaterDepth, py::arg("self_"), py::arg("usedPluviometro"),
              doc("FieldSamples.ToWaterDepth"));
-    py::class_<Pluviometros, std::shared_ptr<Pluviometros>>(m, "Pluviometros", doc("Pluviometros"))
+    reopen<PluviometrosClass>()
         .def(py::init<>())
         .def_static("shared", &Pluviometros::shared)
         .def("newPluviometro", &Pluviometros::newPluviometro, py::arg("diameter"), doc("Pluviometros.newPluviometro"))
@@ -33,9 +34,9 @@ void bindFieldSamples(py::module_& m) {
         .def("Valid", &Pluviometros::Valid, py::arg("self_"), doc("Pluviometros.Valid"));
 }
 
-void bindWaterDepths(py::module_& m) {
+void bindWaterDepths() {
     using Samples = BoundedArray<WaterDepthSample>;
-    py::class_<WaterDepths, std::shared_ptr<WaterDepths>>(m, "WaterDepths", doc("WaterDepths"))
+    reopen<WaterDepthsClass>()
         .def_static("shared", &WaterDepths::shared)
         .def("newWaterDepthSample", &WaterDepths::newWaterDepthSample, py::arg("depth"),
              py::arg("distanceFromCenter"), doc("WaterDepths.newWaterDepthSample"))
@@ -57,14 +58,13 @@ void bindWaterDepths(py::module_& m) {
                 .c_str())
         .def("Average", py::overload_cast<const Samples&>(&WaterDepths::Average, py::const_), py::arg("list"),
              doc("WaterDepths.Average", 1));
-    py::class_<WaterDepthsComparator, Comparator, std::shared_ptr<WaterDepthsComparator>>(
-        m, "WaterDepthsComparator", doc("WaterDepthsComparator"))
+    reopen<WaterDepthsComparatorClass>()
         .def("init", &WaterDepthsComparator::init, py::arg("compareWath") = compareWhat::depth,
              doc("WaterDepthsComparator.init"));
 }
 
-void bindPivotEvaluations(py::module_& m) {
-    py::class_<PivotEvaluations, std::shared_ptr<PivotEvaluations>>(m, "PivotEvaluations", doc("PivotEvaluations"))
+void bindPivotEvaluations() {
+    reopen<PivotEvaluationsClass>()
         .def_static("shared", &PivotEvaluations::shared)
         .def("newEvaluation", &PivotEvaluations::newEvaluation, py::arg("name"), doc("PivotEvaluations.newEvaluation"))
         .def("Enumerate", &PivotEvaluations::Enumerate, py::arg("con"), doc("PivotEvaluations.Enumerate"))
@@ -76,10 +76,10 @@ void bindPivotEvaluations(py::module_& m) {
 
 }  // namespace
 
-void bindEvaluation(py::module_& m) {
-    bindFieldSamples(m);
-    bindWaterDepths(m);
-    bindPivotEvaluations(m);
+void bindEvaluation(py::module_& /*m*/) {
+    bindFieldSamples();
+    bindWaterDepths();
+    bindPivotEvaluations();
 }
 
 }  // namespace caudalis::python

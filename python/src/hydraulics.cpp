@@ -1,5 +1,6 @@
 // The pivot wrapper, the host's strategy, regulators and appliers, drops and pipe materials.
 #include "Bindings.hpp"
+#include "Declarations.hpp"
 #include "VariantConversion.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
@@ -15,47 +16,8 @@ namespace caudalis::python {
 
 namespace {
 
-/// Lets Python classes derive from `CalculosStrategy`. Each outlet reaches Python as a copy,
-/// so a strategy may keep the outlets it is shown.
-class PyCalculosStrategy : public CalculosStrategy {
-public:
-    void setAvaillableAspersores(const CollectionRef& all_aspersores) override {
-        PYBIND11_OVERRIDE(void, CalculosStrategy, setAvaillableAspersores, all_aspersores);
-    }
-    void beforeCompute(PivotWrapper& pivot_wrapper) override {
-        PYBIND11_OVERRIDE(void, CalculosStrategy, beforeCompute, pivot_wrapper);
-    }
-    void afterCompute(PivotWrapper& pivot_wrapper) override {
-        PYBIND11_OVERRIDE(void, CalculosStrategy, afterCompute, pivot_wrapper);
-    }
-    std::shared_ptr<Aspersor> aspersorFor(const saida& aSaida) override {
-        py::gil_scoped_acquire gil;
-        if (py::function override = py::get_override(static_cast<const CalculosStrategy*>(this), "aspersorFor")) {
-            return override(saida(aSaida)).cast<std::shared_ptr<Aspersor>>();
-        }
-        return CalculosStrategy::aspersorFor(aSaida);
-    }
-    std::shared_ptr<CartaAspersores> carta() override {
-        PYBIND11_OVERRIDE(std::shared_ptr<CartaAspersores>, CalculosStrategy, carta);
-    }
-};
-
-/// Lets Python classes derive from `PivotApplier`; `apply` edits the caller's pivot in place.
-class PyPivotApplier : public PivotApplier {
-public:
-    void apply(pivot& apivot) override {
-        py::gil_scoped_acquire gil;
-        if (py::function override = py::get_override(static_cast<const PivotApplier*>(this), "apply")) {
-            override(py::cast(&apivot, py::return_value_policy::reference));
-            return;
-        }
-        PivotApplier::apply(apivot);
-    }
-};
-
 void bindStrategyAndAppliers(py::module_& m) {
-    py::class_<CalculosStrategy, PyCalculosStrategy, Object, std::shared_ptr<CalculosStrategy>>(
-        m, "CalculosStrategy", doc("CalculosStrategy"))
+    reopen<CalculosStrategyClass>()
         .def(py::init<>())
         .def("setAvaillableAspersores", &CalculosStrategy::setAvaillableAspersores, py::arg("all_aspersores"),
              doc("CalculosStrategy.setAvaillableAspersores"))
@@ -65,12 +27,10 @@ void bindStrategyAndAppliers(py::module_& m) {
              doc("CalculosStrategy.afterCompute"))
         .def("aspersorFor", &CalculosStrategy::aspersorFor, py::arg("aSaida"), doc("CalculosStrategy.aspersorFor"))
         .def("carta", &CalculosStrategy::carta, doc("CalculosStrategy.carta"));
-    py::class_<PivotApplier, PyPivotApplier, Object, std::shared_ptr<PivotApplier>>(m, "PivotApplier",
-                                                                                    doc("PivotApplier"))
+    reopen<PivotApplierClass>()
         .def(py::init<>())
         .def("apply", &PivotApplier::apply, py::arg("apivot"));
-    py::class_<ReguladorPression, PivotApplier, std::shared_ptr<ReguladorPression>>(m, "ReguladorPression",
-                                                                                    doc("ReguladorPression"))
+    reopen<ReguladorPressionClass>()
         .def(py::init<>())
         .def("installed", &ReguladorPression::installed)
         .def("pression", &ReguladorPression::pression)
@@ -83,8 +43,8 @@ void bindStrategyAndAppliers(py::module_& m) {
           py::arg("caudal_max"), py::arg("caudal_min"), py::arg("installed"), doc("makeReguladorPression"));
 }
 
-void bindPivotWrapper(py::module_& m) {
-    py::class_<PivotWrapper, Object, std::shared_ptr<PivotWrapper>>(m, "PivotWrapper", doc("PivotWrapper"))
+void bindPivotWrapper() {
+    reopen<PivotWrapperClass>()
         .def(py::init<>())
         .def("strategy", &PivotWrapper::strategy)
         .def("setAvaillableAspersores", &PivotWrapper::setAvaillableAspersores, py::arg("all_aspersores"))
@@ -126,8 +86,8 @@ void bindPivotWrapper(py::module_& m) {
         .def("update", &PivotWrapper::update, py::arg("toUpdate"), doc("PivotWrapper.update"));
 }
 
-void bindDropsAndMaterials(py::module_& m) {
-    py::class_<Drops, std::shared_ptr<Drops>>(m, "Drops", doc("Drops"))
+void bindDropsAndMaterials() {
+    reopen<DropsClass>()
         .def_static("shared", &Drops::shared)
         .def("isValid", &Drops::isValid, py::arg("self_"), doc("Drops.isValid"))
         .def("Differs", &Drops::Differs, py::arg("self_"), py::arg("other"))
@@ -139,7 +99,7 @@ void bindDropsAndMaterials(py::module_& m) {
         .def("Uninstall", &Drops::Uninstall, py::arg("self_"))
         .def("IsInstalled", &Drops::IsInstalled, py::arg("self_"))
         .def("IsEmpty", &Drops::IsEmpty, py::arg("self_"), doc("Drops.IsEmpty"));
-    py::class_<PipeMaterials, std::shared_ptr<PipeMaterials>>(m, "PipeMaterials", doc("PipeMaterials"))
+    reopen<PipeMaterialsClass>()
         .def(py::init<>())
         .def_static("shared", &PipeMaterials::shared)
         .def("All", &PipeMaterials::All, py::arg("con"), doc("PipeMaterials.All"))
@@ -152,8 +112,8 @@ void bindDropsAndMaterials(py::module_& m) {
 
 void bindHydraulics(py::module_& m) {
     bindStrategyAndAppliers(m);
-    bindPivotWrapper(m);
-    bindDropsAndMaterials(m);
+    bindPivotWrapper();
+    bindDropsAndMaterials();
 }
 
 }  // namespace caudalis::python

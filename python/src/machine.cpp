@@ -1,5 +1,6 @@
 // Spans, placements, end gun, pivot assembly and outlet addresses.
 #include "Bindings.hpp"
+#include "Declarations.hpp"
 #include "VariantConversion.hpp"
 #include "caudalis/machine/CoordenadasSaidas.hpp"
 #include "caudalis/machine/HazenWilliams.hpp"
@@ -12,8 +13,8 @@ namespace caudalis::python {
 
 namespace {
 
-void bindTramos(py::module_& m) {
-    py::class_<Tramos, std::shared_ptr<Tramos>>(m, "Tramos", doc("Tramos"))
+void bindTramos() {
+    reopen<TramosClass>()
         .def(py::init<>())
         .def_static("shared", &Tramos::shared)
         .def("newTramo", &Tramos::newTramo, py::arg("id"), py::arg("denominacion"), py::arg("longitud"),
@@ -30,8 +31,8 @@ void bindTramos(py::module_& m) {
         .def("OutletCount", &Tramos::OutletCount, py::arg("self_"), doc("Tramos.OutletCount"));
 }
 
-void bindTypes(py::module_& m) {
-    py::class_<Types, std::shared_ptr<Types>>(m, "Types", doc("Types"))
+void bindTypes() {
+    reopen<TypesClass>()
         .def(py::init<>())
         .def_static("application", &Types::application, doc("Types.application"))
         .def_static("gunInstance", &Types::gunInstance, doc("Types.gunInstance"))
@@ -52,8 +53,8 @@ void bindTypes(py::module_& m) {
              py::arg("revolutionTime"), doc("Types.IdealWaterDepthSample"));
 }
 
-void bindPivots(py::module_& m) {
-    py::class_<Pivots, std::shared_ptr<Pivots>>(m, "Pivots", doc("Pivots"))
+void bindPivots() {
+    reopen<PivotsClass>()
         .def_static("shared", &Pivots::shared)
         .def("saida2TramoeSaida", &Pivots::saida2TramoeSaida, py::arg("self_"), py::arg("numeroDaSaida"),
              doc("Pivots.saida2TramoeSaida"))
@@ -88,9 +89,8 @@ void bindPivots(py::module_& m) {
         .def("saidaAt", &Pivots::saidaAt, py::arg("self_"), py::arg("index"), doc("Pivots.saidaAt"));
 }
 
-void bindCoordenadasSaidas(py::module_& m) {
-    py::class_<CoordenadasSaidas, std::shared_ptr<CoordenadasSaidas>>(m, "CoordenadasSaidas",
-                                                                      doc("CoordenadasSaidas"))
+void bindCoordenadasSaidas() {
+    reopen<CoordenadasSaidasClass>()
         .def_static("shared", &CoordenadasSaidas::shared)
         .def("isValid", &CoordenadasSaidas::isValid, py::arg("self_"), doc("CoordenadasSaidas.isValid"))
         .def("newEndGunCoordenadas", &CoordenadasSaidas::newEndGunCoordenadas,
@@ -105,10 +105,10 @@ void bindCoordenadasSaidas(py::module_& m) {
 }  // namespace
 
 void bindMachine(py::module_& m) {
-    bindTramos(m);
-    bindTypes(m);
-    bindPivots(m);
-    bindCoordenadasSaidas(m);
+    bindTramos();
+    bindTypes();
+    bindPivots();
+    bindCoordenadasSaidas();
     m.def("hazenWilliamsLoss", &hazenWilliamsLoss, py::arg("q"), py::arg("d"), py::arg("c"), doc("hazenWilliamsLoss"));
     auto integerModule = m.def_submodule("integer", "Integer (16-bit) arithmetic that raises 6 on overflow.");
     integerModule.def("from_", &integer::from, py::arg("value"), doc("integer.from"));

@@ -3,12 +3,12 @@
 #include <algorithm>
 
 #include "CliErrors.hpp"
-#include "InMemoryNozzleSource.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/catalogue/AspersoresStatic.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/core/Errors.hpp"
 #include "caudalis/core/Statics.hpp"
+#include "caudalis/design/InMemoryNozzleSource.hpp"
 
 namespace caudalis::cli {
 
@@ -98,7 +98,7 @@ void CatalogueDatabase::requireModel(const std::vector<modelo>& models, const st
     }
 }
 
-CollectionRef CatalogueDatabase::nozzles(const NozzleSelection& selection) const {
+CollectionRef CatalogueDatabase::nozzles(const design::NozzleSelection& selection) const {
     if (selection.brand) {
         requireBrand(brands(), *selection.brand);
     }
@@ -120,7 +120,7 @@ CollectionRef CatalogueDatabase::nozzles(const NozzleSelection& selection) const
     if (found->Count() == 0 && !selection.brand && !selection.model) {
         throw InputError("catalogue database " + file_.path() + " holds no nozzles");
     }
-    requireSomeNozzles(found, selection);
+    design::requireSomeNozzles(found, selection);
     return found;
 }
 

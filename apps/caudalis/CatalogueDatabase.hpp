@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "DatabaseFile.hpp"
-#include "DesignDescription.hpp"
 #include "caudalis/core/Collection.hpp"
 #include "caudalis/core/Records.hpp"
+#include "caudalis/design/DesignDescription.hpp"
 
 namespace caudalis::cli {
 
@@ -26,7 +26,7 @@ public:
     /// The nozzles of the selection's brand and/or model (every nozzle when it names neither),
     /// in catalogue order. Raises for a brand or model the catalogue does not have, and when
     /// no nozzle is left.
-    CollectionRef nozzles(const NozzleSelection& selection) const;
+    CollectionRef nozzles(const design::NozzleSelection& selection) const;
 
     /// Raises `InputError` unless `brand` is one of `brands`.
     void requireBrand(const std::vector<marca>& brands, const std::string& brand) const;

@@ -13,6 +13,7 @@
 #include "DatabaseChartStore.hpp"
 #include "PlainText.hpp"
 #include "caudalis/core/Error.hpp"
+#include "caudalis/design/DesignError.hpp"
 
 namespace caudalis::cli {
 
@@ -175,6 +176,10 @@ int CommandLine::run(int argc, const char* const* argv) {
     } catch (const CliError& error) {
         note(error.what());
         return error.exitCode();
+    } catch (const design::DesignError& error) {
+        note(error.what());
+        return error.kind() == design::DesignError::Kind::NotSettled ? ExitCode::NotSettled
+                                                                     : ExitCode::BadInput;
     } catch (const Error& error) {
         note(fmt::format("the computation failed: {} (error {})", error.description(), error.number()));
         return ExitCode::BadInput;

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "ChartStore.hpp"
-#include "NozzleSource.hpp"
+#include "caudalis/design/NozzleSource.hpp"
 
 namespace CLI {
 class App;
@@ -18,7 +18,7 @@ namespace caudalis::cli {
 /// with in-memory ones.
 struct Services {
     /// The nozzles of the catalogue database at the path.
-    std::function<std::unique_ptr<NozzleSource>(const std::string& cataloguePath)> nozzleSource;
+    std::function<std::unique_ptr<design::NozzleSource>(const std::string& cataloguePath)> nozzleSource;
     /// The charts of the project database, with models from the catalogue database.
     std::function<std::unique_ptr<ChartStore>(const std::string& projectPath,
                                               const std::string& cataloguePath)>

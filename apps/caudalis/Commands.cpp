@@ -12,27 +12,29 @@
 #include "ChartReport.hpp"
 #include "CliErrors.hpp"
 #include "CommandOptions.hpp"
-#include "CsvReport.hpp"
 #include "DataFolder.hpp"
-#include "DesignFile.hpp"
-#include "DesignRunner.hpp"
 #include "EvaluationReport.hpp"
 #include "EvaluationStore.hpp"
-#include "JsonReport.hpp"
+#include "OutputFile.hpp"
 #include "PlotReport.hpp"
 #include "ProjectSetup.hpp"
 #include "ReadingsFile.hpp"
-#include "TextReport.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
+#include "caudalis/design/CsvReport.hpp"
+#include "caudalis/design/DesignError.hpp"
+#include "caudalis/design/DesignFile.hpp"
+#include "caudalis/design/DesignRunner.hpp"
+#include "caudalis/design/JsonReport.hpp"
+#include "caudalis/design/TextReport.hpp"
 
 namespace caudalis::cli {
 
 namespace {
 
 /// The system a design's chart is stored under: --system, else the file's system_id.
-Long systemFor(const std::optional<long>& given, const DesignDescription& design) {
-    const auto system = given ? given : design.systemId;
+Long systemFor(const std::optional<long>& given, const design::DesignDescription& description) {
+    const auto system = given ? given : description.systemId;
     if (!system) {
         throw UsageError("--save needs a system: give --system ID or system_id in the design file");
     }
@@ -58,6 +60,25 @@ void printNozzle(std::ostream& out, const Aspersor& nozzle) {
                nozzle.pmin(), nozzle.pmax(), nozzle.qmin(), nozzle.qmax());
 }
 
+void writeCsv(const std::string& path, const design::DesignResult& result) {
+    OutputFile file(path, "CSV");
+    design::CsvReport::write(file.stream(), result);
+    file.close();
+}
+
+/// Runs the design, naming the option that bounds the passes when it does not settle.
+design::DesignResult computeDesign(const design::DesignDescription& description,
+                                   design::NozzleSource& nozzles, long maxPasses) {
+    try {
+        return design::DesignRunner(design::DesignOptions{maxPasses}).run(description, nozzles);
+    } catch (const design::DesignError& error) {
+        if (error.kind() == design::DesignError::Kind::NotSettled) {
+            throw NotSettledError(std::string(error.what()) + " (--max-passes)");
+        }
+        throw;
+    }
+}
+
 std::string defaultEvaluationName(const std::vector<std::string>& paths) {
     return std::filesystem::path(paths.front()).stem().string();
 }
@@ -74,30 +95,31 @@ void CommandLine::runDesign() {
     if (!o.plotPath.empty()) {
         PlotReport::requireSupportedFormat(o.plotPath);
     }
-    const auto design = DesignFile::load(o.designPath);
+    const auto description = design::DesignFile::load(o.designPath);
     std::unique_ptr<ChartStore> store;
     Long system = 0;
     if (o.chartName) {
-        system = systemFor(o.system, design);
+        system = systemFor(o.system, description);
         store = services_.chartStore(o.projectPath, o.cataloguePath);
         store->requireNameIsFree(*o.chartName, system);
     }
     const auto source = services_.nozzleSource(o.cataloguePath);
-    const auto result = DesignRunner(o.maxPasses).run(design, *source);
+    const auto result = computeDesign(description, *source, o.maxPasses);
     if (o.json) {
-        JsonReport::write(out_, result);
+        design::JsonReport::write(out_, result);
     } else {
-        TextReport::write(out_, result);
+        design::TextReport::write(out_, result);
     }
     if (!o.csvPath.empty()) {
-        CsvReport::writeFile(o.csvPath, result);
+        writeCsv(o.csvPath, result);
     }
     if (!o.plotPath.empty()) {
         PlotReport::writeFile(o.plotPath, result);
     }
-    if (result.summary.unfittedOutlets > 0) {
-        note(fmt::format("warning: {} outlets have no nozzle within the tolerance",
-                         result.summary.unfittedOutlets));
+    for (const auto& finding : result.findings) {
+        if (finding.severity != design::Severity::Note) {
+            note(design::severityName(finding.severity) + ": " + finding.message);
+        }
     }
     if (store) {
         const auto id = store->saveAsNew(result.chart, *o.chartName, system);
@@ -130,7 +152,9 @@ void CommandLine::runEvaluate() {
 
 void CommandLine::listNozzles() {
     const auto& o = *options_;
-    const NozzleSelection selection{0, o.brand, o.model};
+    design::NozzleSelection selection;
+    selection.brand = o.brand;
+    selection.model = o.model;
     const auto nozzles = services_.nozzleSource(o.cataloguePath)->nozzles(selection);
     auto list = nlohmann::json::array();
     for (Long i = 1; i <= nozzles->Count(); ++i) {

@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 #include <fmt/ostream.h>
 
-#include "JsonReport.hpp"
+#include "JsonValue.hpp"
 
 namespace caudalis::cli {
 

@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "CliErrors.hpp"
-#include "Uniformity.hpp"
 #include "caudalis/core/Checked.hpp"
+#include "caudalis/design/Uniformity.hpp"
 #include "caudalis/evaluation/FieldSamples.hpp"
 #include "caudalis/evaluation/PivotEvaluations.hpp"
 #include "caudalis/evaluation/Pluviometros.hpp"
@@ -80,17 +80,17 @@ EvaluationFigures FieldEvaluation::evaluate(const ReadingPasses& passes, double 
     const auto first = depthsOf(passes.first, gauge, figures.rejected);
     const auto second = depthsOf(passes.second, gauge, figures.rejected);
     const auto all = joined(first.depths, second.depths);
-    const auto mean = Uniformity::meanDepth(all);
+    const auto mean = design::Uniformity::meanDepth(all);
     if (!mean) {
         throw InputError("no valid readings (an amount >= 0 at a distance > 0) to evaluate");
     }
     figures.gaugeAreaM2 = Pluviometros::shared()->Area(gauge);
-    figures.firstPassMeanMm = Uniformity::meanDepth(first.depths);
-    figures.secondPassMeanMm = Uniformity::meanDepth(second.depths);
+    figures.firstPassMeanMm = design::Uniformity::meanDepth(first.depths);
+    figures.secondPassMeanMm = design::Uniformity::meanDepth(second.depths);
     figures.meanDepthMm = *mean;
-    figures.lowQuarterMeanMm = Uniformity::lowQuarterMean(all);
-    figures.uniformityCoefficient = Uniformity::heermannHein(all);
-    figures.lowQuarterUniformity = Uniformity::lowQuarter(all);
+    figures.lowQuarterMeanMm = design::Uniformity::lowQuarterMean(all);
+    figures.uniformityCoefficient = design::Uniformity::heermannHein(all);
+    figures.lowQuarterUniformity = design::Uniformity::lowQuarter(all);
     if (*mean > 0) {
         flagOutliers(first, 1, *mean, figures.flagged);
         flagOutliers(second, 2, *mean, figures.flagged);

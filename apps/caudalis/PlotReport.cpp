@@ -13,6 +13,10 @@
 
 namespace caudalis::cli {
 
+using design::DesignResult;
+using design::OutletPlace;
+using design::OutletResult;
+
 namespace {
 
 /// Colour map 0 entries used by the plot (entry 0 is the background).

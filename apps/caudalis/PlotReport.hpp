@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "DesignResult.hpp"
+#include "caudalis/design/DesignResult.hpp"
 
 namespace caudalis::cli {
 
@@ -14,7 +14,7 @@ public:
     /// Raises `UsageError` unless the path ends in .png or .svg (any case).
     static void requireSupportedFormat(const std::string& path);
     /// Raises `InputError` when the file cannot be written or PLplot lacks the driver.
-    static void writeFile(const std::string& path, const DesignResult& result);
+    static void writeFile(const std::string& path, const design::DesignResult& result);
 
 private:
     static std::string deviceFor(const std::string& path);

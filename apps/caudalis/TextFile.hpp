@@ -2,10 +2,20 @@
 
 #include <string>
 
+#include "CliErrors.hpp"
+#include "caudalis/design/DesignError.hpp"
+#include "caudalis/design/TextFile.hpp"
+
 namespace caudalis::cli {
 
 /// The whole content of the file at `path`. Raises `InputError` naming the file by its `kind`
-/// ("cannot open design file x.json: No such file or directory").
-std::string readTextFile(const std::string& path, const std::string& kind);
+/// ("cannot open readings file x.txt: No such file or directory").
+inline std::string readTextFile(const std::string& path, const std::string& kind) {
+    try {
+        return design::readTextFile(path, kind);
+    } catch (const design::DesignError& error) {
+        throw InputError(error.what());
+    }
+}
 
 }  // namespace caudalis::cli

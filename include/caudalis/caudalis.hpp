@@ -53,3 +53,4 @@
 #include "caudalis/machine/Pivots.hpp"
 #include "caudalis/machine/Tramos.hpp"
 #include "caudalis/machine/Types.hpp"
+#include "caudalis/design.hpp"

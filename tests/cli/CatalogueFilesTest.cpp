@@ -94,7 +94,7 @@ TEST(DatabaseFile, KnowsItsKind) {
     EXPECT_NO_THROW(DatabaseFile(folder.file("c.db"), DatabaseKind::Catalogue).requireUsable());
     EXPECT_THROW(DatabaseFile(folder.file("p.db"), DatabaseKind::Catalogue).requireUsable(), InputError);
     EXPECT_THROW(DatabaseFile(folder.path().string(), DatabaseKind::Project).requireUsable(), InputError);
-    EXPECT_THROW(CatalogueDatabase(folder.file("c.db")).nozzles(NozzleSelection{}), InputError);
+    EXPECT_THROW(CatalogueDatabase(folder.file("c.db")).nozzles(design::NozzleSelection{}), InputError);
 }
 
 TEST(CatalogueImport, SecondImportReusesWhatTheFirstAdded) {
@@ -113,6 +113,6 @@ TEST(CatalogueImport, SecondImportReusesWhatTheFirstAdded) {
     const CatalogueDatabase catalogue(folder.file("c.db"));
     EXPECT_EQ(catalogue.brands().size(), 1u);
     EXPECT_EQ(catalogue.models().size(), 2u);
-    EXPECT_EQ(catalogue.nozzles(NozzleSelection{})->Count(), 4);
+    EXPECT_EQ(catalogue.nozzles(design::NozzleSelection{})->Count(), 4);
     EXPECT_EQ(progress.str(), "");
 }

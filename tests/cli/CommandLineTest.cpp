@@ -12,9 +12,9 @@
 
 #include "CliErrors.hpp"
 #include "CommandLine.hpp"
-#include "InMemoryNozzleSource.hpp"
 #include "SampleNozzles.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
+#include "caudalis/design/InMemoryNozzleSource.hpp"
 
 using namespace caudalis;
 using namespace caudalis::cli;
@@ -76,7 +76,7 @@ protected:
     Services inMemory() {
         return {[this](const std::string& path) {
                     lastCataloguePath = path;
-                    return std::make_unique<InMemoryNozzleSource>(clitest::sampleNozzles());
+                    return std::make_unique<design::InMemoryNozzleSource>(caudalis::testing::sampleNozzles());
                 },
                 [this](const std::string&, const std::string&) {
                     struct Forwarding : ChartStore {
@@ -114,7 +114,7 @@ protected:
     Outcome run(std::vector<std::string> args) { return run(std::move(args), inMemory()); }
 
     std::string example(const std::string& name) {
-        return clitest::sourcePath("examples/designs/" + name + ".json");
+        return caudalis::testing::sourcePath("examples/designs/" + name + ".json");
     }
     std::string temporary(const std::string& name) {
         const auto path =

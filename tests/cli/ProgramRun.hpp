@@ -5,9 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include "SampleNozzles.hpp"
 #include "TemporaryFolder.hpp"
 
 namespace caudalis::cli::clitest {
+
+using caudalis::testing::sourcePath;
 
 /// What a run of the built program left.
 struct Outcome {

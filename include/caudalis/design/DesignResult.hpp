@@ -1,0 +1,87 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "caudalis/core/Records.hpp"
+#include "caudalis/design/DesignDescription.hpp"
+#include "caudalis/design/Finding.hpp"
+
+namespace caudalis {
+class CartaAspersores;
+}
+
+namespace caudalis::design {
+
+/// Where an outlet sits: a fixed span, the overhang or the end gun.
+enum class OutletPlace { Span, Overhang, EndGun };
+
+/// One outlet of the computed machine, as a dealer's sprinkler chart lists it.
+struct OutletResult {
+    OutletPlace place = OutletPlace::Span;
+    /// Span number (the overhang follows the fixed spans); -1 for the end gun.
+    int span = 0;
+    /// Outlet number within the span; -1 for the end gun.
+    long number = 0;
+    /// The outlet record after the computation (required flow `caudal`, `pressao_ideal`,
+    /// `pressao_real`, `pressao_actuante`, `caudal_do_aspersor`, `over_pressure`, ...).
+    saida outlet;
+    bool regulated = false;
+    /// (delivered - required) / required, in %; empty when nothing is required.
+    std::optional<double> deviationPercent;
+    /// Depth laid in one revolution by the delivered and by the required flow, in mm.
+    double depthMm = 0;
+    double idealDepthMm = 0;
+};
+
+/// One span (fixed or overhang) after the computation.
+struct SpanResult {
+    int number = 0;
+    bool overhang = false;
+    tramo span;
+};
+
+/// Application rate at one pluviometry check point.
+struct PeakRate {
+    PivotSample point;
+    double rateMmH = 0;
+};
+
+struct DesignSummary {
+    double designFlowLps = 0;
+    double computedFlowLps = 0;
+    long passes = 0;
+    bool hasEndGun = false;
+    double endGunPressureKpa = 0;
+    double endGunFlowLps = 0;
+    double endGunBoosterKpa = 0;
+    double irrigatedLengthM = 0;
+    double irrigatedAreaM2 = 0;
+    double revolutionTimeH = 0;
+    long outlets = 0;
+    long unfittedOutlets = 0;
+    long overPressureOutlets = 0;
+    std::optional<double> depthMm;
+    std::optional<double> idealDepthMm;
+    std::vector<PeakRate> peakRates;
+    std::optional<double> uniformityCoefficient;
+    std::optional<double> idealUniformityCoefficient;
+    std::optional<double> lowQuarterUniformity;
+    std::optional<double> idealLowQuarterUniformity;
+};
+
+/// Everything a design run produces.
+struct DesignResult {
+    DesignDescription design;
+    std::vector<SpanResult> spans;
+    std::vector<OutletResult> outlets;
+    DesignSummary summary;
+    /// What a designer must know about the design, most severe first.
+    std::vector<Finding> findings;
+    /// The chart of the chosen nozzles with the design's accessories, ready to be stored.
+    std::shared_ptr<CartaAspersores> chart;
+};
+
+}  // namespace caudalis::design

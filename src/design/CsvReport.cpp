@@ -1,0 +1,48 @@
+#include "caudalis/design/CsvReport.hpp"
+
+#include <fmt/format.h>
+#include <fmt/ostream.h>
+
+#include "caudalis/catalogue/Aspersor.hpp"
+#include "caudalis/design/ReportLabels.hpp"
+
+namespace caudalis::design {
+
+namespace {
+
+std::string quoted(const std::string& text) {
+    std::string result = "\"";
+    for (const char c : text) {
+        result += c;
+        if (c == '"') {
+            result += '"';
+        }
+    }
+    return result + "\"";
+}
+
+std::string nozzleColumns(const saida& outlet) {
+    if (!outlet.obj_aspersor) {
+        return ",,";
+    }
+    const auto& nozzle = *outlet.obj_aspersor;
+    return quoted(nozzle.marca().nome) + "," + quoted(nozzle.modelo().nome) + "," + quoted(nozzle.nome());
+}
+
+}  // namespace
+
+void CsvReport::write(std::ostream& out, const DesignResult& result) {
+    out << "span,outlet,place,distanciaAoPivot,cota,caudal,pressao_ideal,pressao_real,pressao_actuante,"
+           "marca,modelo,aspersor,caudal_do_aspersor,deviation_percent,over_pressure,regulated,depth_mm,"
+           "ideal_depth_mm\n";
+    for (const auto& row : result.outlets) {
+        const auto& o = row.outlet;
+        fmt::print(out, "{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{}\n", row.span, row.number,
+                   placeName(row.place), o.distanciaAoPivot, o.cota, o.caudal, o.pressao_ideal,
+                   o.pressao_real, o.pressao_actuante, nozzleColumns(o), o.caudal_do_aspersor,
+                   row.deviationPercent ? fmt::format("{}", *row.deviationPercent) : "",
+                   o.over_pressure ? 1 : 0, row.regulated ? 1 : 0, row.depthMm, row.idealDepthMm);
+    }
+}
+
+}  // namespace caudalis::design

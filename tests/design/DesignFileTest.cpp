@@ -1,0 +1,223 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <regex>
+#include <string>
+
+#include <nlohmann/json.hpp>
+#include "caudalis/design/DesignError.hpp"
+#include "caudalis/design/DesignFile.hpp"
+
+#include "SampleNozzles.hpp"
+
+using namespace caudalis::design;
+using nlohmann::json;
+
+namespace {
+
+DesignDescription fromJson(const json& document) {
+    return DesignFile::parse(document.dump(), "design.json");
+}
+
+json validDesign() {
+    return json::parse(R"({
+        "name": "Test pivot",
+        "system_id": 17,
+        "inlet_pressure_kpa": 250,
+        "design_flow_lps": 20,
+        "roughness_c": 140,
+        "centre_elevation_m": 10,
+        "revolution_time_h": 18,
+        "spans": [
+            {"length_m": 50, "diameter_mm": 168.3, "outlet_spacing_cm": 250, "end_elevation_m": 11},
+            {"id": 7, "name": "Outer", "length_m": 40, "diameter_mm": 141.3, "outlet_spacing_cm": 200, "end_elevation_m": 9}
+        ],
+        "overhang": {"length_m": 12, "diameter_mm": 114.3, "outlet_spacing_cm": 300},
+        "end_gun": {"ring_width_m": 20, "booster_kpa": 100},
+        "regulators": [{"span": 3, "pressure_kpa": 140, "flow_min_lps": 0.1, "flow_max_lps": 1.2, "installed": false}],
+        "drop": {"diameter_mm": 19, "length_m": 3, "material": {"name": "PE", "c": 140}},
+        "indicators": {"blocked_outlets": 2},
+        "pluviometry_check": {
+            "first": {"distance_m": 60, "wet_diameter_m": 12},
+            "second": {"distance_m": 90, "wet_diameter_m": 14, "code": "far"},
+            "kostiakov": {"k": 10, "a": 0.5}
+        },
+        "nozzle_selection": {"tolerance": 0.1, "brand": "Aquarion", "model": "AQ Spray"}
+    })");
+}
+
+std::string messageOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const DesignError& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+/// The message for the valid design changed by `edit`.
+std::string messageFor(const std::function<void(json&)>& edit) {
+    auto document = validDesign();
+    edit(document);
+    return messageOf([&] { fromJson(document); });
+}
+
+}  // namespace
+
+TEST(DesignFile, ReadsEveryFieldOfAValidDesign) {
+    const auto design = fromJson(validDesign());
+    EXPECT_EQ(design.name, "Test pivot");
+    EXPECT_EQ(design.systemId, 17);
+    EXPECT_DOUBLE_EQ(design.inletPressureKpa, 250);
+    EXPECT_DOUBLE_EQ(design.designFlowLps, 20);
+    EXPECT_DOUBLE_EQ(design.roughnessC, 140);
+    EXPECT_DOUBLE_EQ(design.centreElevationM, 10);
+    EXPECT_DOUBLE_EQ(design.revolutionTimeH, 18);
+    ASSERT_EQ(design.spans.size(), 2u);
+    EXPECT_EQ(design.spans[0].id, 1);
+    EXPECT_EQ(design.spans[0].name, "Span 1");
+    EXPECT_DOUBLE_EQ(design.spans[0].outletSpacingCm, 250);
+    EXPECT_EQ(design.spans[1].id, 7);
+    EXPECT_EQ(design.spans[1].name, "Outer");
+    EXPECT_DOUBLE_EQ(design.spans[1].endElevationM, 9);
+    ASSERT_TRUE(design.overhang.has_value());
+    EXPECT_EQ(design.overhang->id, 3);
+    EXPECT_EQ(design.overhang->name, "Overhang");
+    ASSERT_TRUE(design.endGun.has_value());
+    EXPECT_DOUBLE_EQ(design.endGun->boosterKpa, 100);
+    ASSERT_EQ(design.regulators.size(), 1u);
+    EXPECT_EQ(design.regulators[0].span, 3);
+    EXPECT_FALSE(design.regulators[0].installed);
+    EXPECT_DOUBLE_EQ(design.regulators[0].flowMaxLps, 1.2);
+    ASSERT_TRUE(design.drop.has_value());
+    EXPECT_EQ(design.drop->material.id, 1);
+    EXPECT_EQ(design.drop->material.c, 140);
+    EXPECT_TRUE(design.drop->installed);
+    EXPECT_DOUBLE_EQ(design.indicators.revolutionHours, 18);
+    EXPECT_EQ(design.indicators.blockedOutlets, 2);
+    ASSERT_TRUE(design.pluviometryCheck.has_value());
+    EXPECT_EQ(design.pluviometryCheck->first.code, "P1");
+    EXPECT_EQ(design.pluviometryCheck->second->code, "far");
+    EXPECT_DOUBLE_EQ(design.pluviometryCheck->kostiakov.a, 0.5);
+    EXPECT_DOUBLE_EQ(design.nozzleSelection.tolerance, 0.1);
+    EXPECT_EQ(design.nozzleSelection.brand, "Aquarion");
+    EXPECT_EQ(design.nozzleSelection.model, "AQ Spray");
+}
+
+TEST(DesignFile, OptionalPartsMayBeLeftOut) {
+    auto document = validDesign();
+    for (const char* key : {"system_id", "centre_elevation_m", "overhang", "end_gun", "regulators", "drop",
+                            "indicators", "pluviometry_check"}) {
+        document.erase(key);
+    }
+    document["nozzle_selection"] = {{"tolerance", 0.2}};
+    const auto design = fromJson(document);
+    EXPECT_FALSE(design.systemId);
+    EXPECT_DOUBLE_EQ(design.centreElevationM, 0);
+    EXPECT_FALSE(design.overhang || design.endGun || design.drop || design.pluviometryCheck);
+    EXPECT_TRUE(design.regulators.empty());
+    EXPECT_DOUBLE_EQ(design.indicators.revolutionHours, 18);
+    EXPECT_FALSE(design.nozzleSelection.brand || design.nozzleSelection.model);
+}
+
+TEST(DesignFile, ShippedExamplesAreValid) {
+    for (const char* name : {"small", "realistic", "hilly"}) {
+        SCOPED_TRACE(name);
+        const auto design = DesignFile::load(
+            caudalis::testing::sourcePath(std::string("examples/designs/") + name + ".json"));
+        EXPECT_FALSE(design.spans.empty());
+    }
+    const auto realistic = DesignFile::load(caudalis::testing::sourcePath("examples/designs/realistic.json"));
+    EXPECT_TRUE(realistic.overhang && realistic.endGun && realistic.endGun->boosterKpa > 0);
+    const auto hilly = DesignFile::load(caudalis::testing::sourcePath("examples/designs/hilly.json"));
+    EXPECT_TRUE(hilly.drop && !hilly.regulators.empty());
+}
+
+TEST(DesignFile, EachBadValueNamesItsField) {
+    EXPECT_EQ(messageFor([](json& d) { d["spans"][1]["length_m"] = -3; }), "spans[1].length_m must be > 0");
+    EXPECT_EQ(messageFor([](json& d) { d["spans"][0]["length_m"] = 0; }), "spans[0].length_m must be > 0");
+    EXPECT_EQ(messageFor([](json& d) { d["spans"][0]["diameter_mm"] = "168"; }),
+              "spans[0].diameter_mm must be a number");
+    EXPECT_EQ(messageFor([](json& d) { d["spans"][0].erase("outlet_spacing_cm"); }),
+              "spans[0].outlet_spacing_cm is missing");
+    EXPECT_EQ(messageFor([](json& d) { d["inlet_pressure_kpa"] = 0; }), "inlet_pressure_kpa must be > 0");
+    EXPECT_EQ(messageFor([](json& d) { d["design_flow_lps"] = true; }), "design_flow_lps must be a number");
+    EXPECT_EQ(messageFor([](json& d) { d["roughness_c"] = -140; }), "roughness_c must be > 0");
+    EXPECT_EQ(messageFor([](json& d) { d.erase("revolution_time_h"); }), "revolution_time_h is missing");
+    EXPECT_EQ(messageFor([](json& d) { d["name"] = "  "; }), "name must not be empty");
+    EXPECT_EQ(messageFor([](json& d) { d["name"] = 12; }), "name must be a text");
+    EXPECT_EQ(messageFor([](json& d) { d["spans"] = json::array(); }), "spans must hold at least one span");
+    EXPECT_EQ(messageFor([](json& d) { d["spans"] = 3; }), "spans must be an array");
+    EXPECT_EQ(messageFor([](json& d) { d["spans"][1] = 3; }), "spans[1] must be an object");
+    EXPECT_EQ(messageFor([](json& d) { d["spans"][0]["id"] = 1.5; }), "spans[0].id must be a whole number");
+    EXPECT_EQ(messageFor([](json& d) { d["system_id"] = "T-1"; }), "system_id must be a number");
+    EXPECT_EQ(messageFor([](json& d) { d["system_id"] = 0; }), "system_id must be between 1 and 2147483647");
+    EXPECT_EQ(messageFor([](json& d) { d["overhang"]["outlet_spacing_cm"] = -1; }),
+              "overhang.outlet_spacing_cm must be > 0");
+    EXPECT_EQ(messageFor([](json& d) { d["end_gun"]["ring_width_m"] = 0; }),
+              "end_gun.ring_width_m must be > 0");
+    EXPECT_EQ(messageFor([](json& d) { d["end_gun"]["booster_kpa"] = -5; }),
+              "end_gun.booster_kpa must be >= 0");
+    EXPECT_EQ(messageFor([](json& d) { d["drop"]["material"]["c"] = 0; }),
+              "drop.material.c must be between 1 and 1000");
+    EXPECT_EQ(messageFor([](json& d) { d["drop"]["material"].erase("name"); }),
+              "drop.material.name is missing");
+    EXPECT_EQ(messageFor([](json& d) { d["drop"]["installed"] = "yes"; }),
+              "drop.installed must be true or false");
+    EXPECT_EQ(messageFor([](json& d) { d["indicators"]["blocked_outlets"] = -1; }),
+              "indicators.blocked_outlets must be between 0 and 32767");
+    EXPECT_EQ(messageFor([](json& d) { d["pluviometry_check"]["second"]["wet_diameter_m"] = 0; }),
+              "pluviometry_check.second.wet_diameter_m must be > 0");
+    EXPECT_EQ(messageFor([](json& d) { d["pluviometry_check"].erase("first"); }),
+              "pluviometry_check.first is missing");
+    EXPECT_EQ(messageFor([](json& d) { d["nozzle_selection"]["tolerance"] = 0; }),
+              "nozzle_selection.tolerance must be > 0");
+    EXPECT_EQ(messageFor([](json& d) { d["nozzle_selection"]["brand"] = ""; }),
+              "nozzle_selection.brand must not be empty");
+    EXPECT_EQ(messageFor([](json& d) { d.erase("nozzle_selection"); }), "nozzle_selection is missing");
+}
+
+TEST(DesignFile, ChecksValuesAgainstTheMachine) {
+    // Regulators address spans 1 to the last span, the overhang counting as one.
+    EXPECT_EQ(messageFor([](json& d) { d["regulators"][0]["span"] = 4; }),
+              "regulators[0].span must be between 1 and 3");
+    EXPECT_EQ(messageFor([](json& d) {
+                  d.erase("overhang");
+                  d["regulators"][0]["span"] = 3;
+              }),
+              "regulators[0].span must be between 1 and 2");
+    EXPECT_EQ(messageFor([](json& d) { d["regulators"][0]["flow_max_lps"] = 0.05; }),
+              "regulators[0].flow_max_lps must be >= flow_min_lps");
+    EXPECT_EQ(messageFor([](json& d) { d["spans"][0]["outlet_spacing_cm"] = 5001; }),
+              "spans[0].outlet_spacing_cm must not exceed the span length");
+    // The second span starts at the first one's end (11 m) and may not rise by its length.
+    EXPECT_EQ(messageFor([](json& d) { d["spans"][1]["end_elevation_m"] = 51; }),
+              "spans[1].end_elevation_m must differ from the span's start elevation by less than its length");
+    EXPECT_EQ(messageFor([](json& d) { d["spans"][1]["end_elevation_m"] = 50.9; }), "no error");
+    EXPECT_EQ(messageFor([](json& d) { d["nozzle_selection"]["tolerance"] = 1.5; }),
+              "nozzle_selection.tolerance must be at most 1 (a fraction: 0.1 means 10 %)");
+    const auto tooMany = messageFor([](json& d) { d["spans"][0]["outlet_spacing_cm"] = 0.1; });
+    EXPECT_TRUE(std::regex_match(tooMany, std::regex("spans have 5[0-9]+ outlets in all, more than 32767")))
+        << tooMany;
+}
+
+TEST(DesignFile, RejectsUnknownFields) {
+    EXPECT_EQ(messageFor([](json& d) { d["spans"][0]["lenght_m"] = 3; }), "unknown field spans[0].lenght_m");
+    EXPECT_EQ(messageFor([](json& d) { d["colour"] = "red"; }), "unknown field colour");
+    EXPECT_EQ(messageFor([](json& d) { d["$schema"] = "x.json"; }), "no error");
+}
+
+TEST(DesignFile, MalformedJsonNamesTheFile) {
+    const auto message = messageOf([] { DesignFile::parse("{\"name\": ", "broken.json"); });
+    EXPECT_EQ(message.rfind("broken.json: malformed JSON: parse error at line 1, column 10", 0), 0u)
+        << message;
+    EXPECT_EQ(message.find('\n'), std::string::npos);
+    EXPECT_EQ(messageOf([] { DesignFile::parse("[1, 2]", "list.json"); }), "the design must be an object");
+}
+
+TEST(DesignFile, MissingFileNamesTheFile) {
+    EXPECT_EQ(messageOf([] { DesignFile::load("/nonexistent/design.json"); }),
+              "cannot open design file /nonexistent/design.json: No such file or directory");
+    EXPECT_EQ(messageOf([] { DesignFile::load(CAUDALIS_SOURCE_DIR); }),
+              std::string("cannot open design file ") + CAUDALIS_SOURCE_DIR + ": it is a directory");
+}

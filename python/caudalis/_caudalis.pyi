@@ -3527,3 +3527,14 @@ def makeMountedAspersor(coordenadas: CoordenadasSaida, umAspersor: Aspersor) -> 
 def makeCartaAspersores() -> CartaAspersores:
     """A new chart on which `init` has been called."""
     ...
+
+class services:
+    """The design services every host shares."""
+    @staticmethod
+    def run(description: services.DesignDescription, nozzles: Collection, maxPasses: int = ...) -> services.DesignResult:
+        """
+        Runs a design: builds the machine, wraps it with a `NozzlePackageStrategy` over the nozzles the
+        source allows, fits regulators, drop hose, indicators, pluviometry check and end-gun
+        booster, computes, and gathers outlets, spans and the summary figures.
+        """
+        ...

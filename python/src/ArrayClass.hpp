@@ -19,15 +19,19 @@ void addSequenceProtocol(Class& cls) {
     cls.def("__len__", [](const Array& self) { return self.count(); });
     cls.def(
         "__getitem__", [](Array& self, Long index) -> Element& { return self(index); },
-        py::return_value_policy::reference_internal, "The element at `index` (between the bounds; 9 otherwise).");
+        py::return_value_policy::reference_internal,
+        "The element at `index` (between the bounds; 9 otherwise).");
     cls.def("__setitem__", [](Array& self, Long index, const Element& value) { self(index) = value; });
     cls.def(
-        "__iter__", [](Array& self) { return py::make_iterator(self.begin(), self.end()); }, py::keep_alive<0, 1>());
+        "__iter__", [](Array& self) { return py::make_iterator(self.begin(), self.end()); },
+        py::keep_alive<0, 1>());
     cls.def(
-        "tolist", [](const Array& self) { return py::list(py::cast(std::vector<Element>(self.begin(), self.end()))); },
+        "tolist",
+        [](const Array& self) { return py::list(py::cast(std::vector<Element>(self.begin(), self.end()))); },
         "The elements as a list of copies.");
     cls.def("__eq__", [](py::object self, py::object other) {
-        return py::isinstance(other, py::type::of(self)) && self.attr("tolist")().equal(other.attr("tolist")()) &&
+        return py::isinstance(other, py::type::of(self)) &&
+               self.attr("tolist")().equal(other.attr("tolist")()) &&
                self.attr("bounds")().equal(other.attr("bounds")());
     });
     cls.attr("__hash__") = py::none();
@@ -68,8 +72,8 @@ py::class_<BoundedArray<Element>> bindBoundedArray(py::module_& m, const std::st
         "(lower, upper), or None for an unallocated array.");
     addSequenceProtocol<Array, Element>(cls);
     cls.def("__repr__", [name](py::object self) {
-        return name + "(" + py::repr(self.attr("tolist")()).cast<std::string>() + ", bounds=" +
-               py::repr(self.attr("bounds")()).cast<std::string>() + ")";
+        return name + "(" + py::repr(self.attr("tolist")()).cast<std::string>() +
+               ", bounds=" + py::repr(self.attr("bounds")()).cast<std::string>() + ")";
     });
     py::implicitly_convertible<py::list, Array>();
     py::implicitly_convertible<py::tuple, Array>();

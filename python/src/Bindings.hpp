@@ -24,5 +24,6 @@ void bindCatalogue(py::module_& m);
 void bindHydraulics(py::module_& m);
 void bindCharts(py::module_& m);
 void bindEvaluation(py::module_& m);
+void bindDesign(py::module_& m);
 
 }  // namespace caudalis::python

@@ -33,7 +33,8 @@ using AspersoresStaticClass = py::class_<AspersoresStatic, std::shared_ptr<Asper
 using CalculosStrategyClass =
     py::class_<CalculosStrategy, PyCalculosStrategy, Object, std::shared_ptr<CalculosStrategy>>;
 using PivotApplierClass = py::class_<PivotApplier, PyPivotApplier, Object, std::shared_ptr<PivotApplier>>;
-using ReguladorPressionClass = py::class_<ReguladorPression, PivotApplier, std::shared_ptr<ReguladorPression>>;
+using ReguladorPressionClass =
+    py::class_<ReguladorPression, PivotApplier, std::shared_ptr<ReguladorPression>>;
 using PivotWrapperClass = py::class_<PivotWrapper, Object, std::shared_ptr<PivotWrapper>>;
 using DropsClass = py::class_<Drops, std::shared_ptr<Drops>>;
 using PipeMaterialsClass = py::class_<PipeMaterials, std::shared_ptr<PipeMaterials>>;

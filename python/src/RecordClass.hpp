@@ -30,9 +30,11 @@ public:
         const py::tuple names = py::cast(fields_);
         class_.attr("_fields") = names;
         class_.def(py::init([names](const py::kwargs& values) { return fromKeywords(names, values); }));
-        class_.def("__eq__", [names](py::object self, py::object other) { return equal(names, self, other); });
+        class_.def("__eq__",
+                   [names](py::object self, py::object other) { return equal(names, self, other); });
         class_.def("__repr__", [names](py::object self) { return repr(names, self); });
-        class_.def("copy", [](const Record& self) { return Record(self); }, "A copy of this record.");
+        class_.def(
+            "copy", [](const Record& self) { return Record(self); }, "A copy of this record.");
         class_.def("__copy__", [](const Record& self) { return Record(self); });
         class_.def("__deepcopy__", [](const Record& self, py::dict /*memo*/) { return Record(self); });
         class_.attr("__hash__") = py::none();
@@ -44,7 +46,8 @@ private:
         py::object made = py::cast(Record{});
         for (const auto& [key, value] : values) {
             if (!names.contains(key)) {
-                throw py::type_error(py::str("{}() has no field {!r}").format(py::type::of(made).attr("__name__"), key));
+                throw py::type_error(
+                    py::str("{}() has no field {!r}").format(py::type::of(made).attr("__name__"), key));
             }
             py::setattr(made, key, value);
         }
@@ -67,7 +70,8 @@ private:
         std::string text = py::type::of(self).attr("__name__").cast<std::string>() + "(";
         const char* separator = "";
         for (const auto& name : names) {
-            text += separator + name.cast<std::string>() + "=" + py::repr(self.attr(name)).cast<std::string>();
+            text +=
+                separator + name.cast<std::string>() + "=" + py::repr(self.attr(name)).cast<std::string>();
             separator = ", ";
         }
         return text + ")";

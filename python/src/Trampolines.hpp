@@ -50,7 +50,8 @@ public:
     }
     std::shared_ptr<Aspersor> aspersorFor(const saida& aSaida) override {
         py::gil_scoped_acquire gil;
-        if (py::function override = py::get_override(static_cast<const CalculosStrategy*>(this), "aspersorFor")) {
+        if (py::function override =
+                py::get_override(static_cast<const CalculosStrategy*>(this), "aspersorFor")) {
             return override(saida(aSaida)).cast<std::shared_ptr<Aspersor>>();
         }
         return CalculosStrategy::aspersorFor(aSaida);

@@ -13,7 +13,8 @@ namespace {
 template <class... Records>
 std::optional<Variant> recordFromPython(py::handle value, TypeList<Records...> /*records*/) {
     std::optional<Variant> result;
-    ((!result && py::isinstance<Records>(value) ? void(result = Variant::record(value.cast<Records>())) : void()),
+    ((!result && py::isinstance<Records>(value) ? void(result = Variant::record(value.cast<Records>()))
+                                                : void()),
      ...);
     return result;
 }
@@ -21,7 +22,8 @@ std::optional<Variant> recordFromPython(py::handle value, TypeList<Records...> /
 template <class... Records>
 py::object recordToPython(const Variant& value, TypeList<Records...> /*records*/) {
     py::object result;
-    ((!result && value.holdsRecord<Records>() ? void(result = py::cast(value.toRecord<Records>())) : void()), ...);
+    ((!result && value.holdsRecord<Records>() ? void(result = py::cast(value.toRecord<Records>())) : void()),
+     ...);
     return result;
 }
 

@@ -16,7 +16,8 @@ void bindMountedAspersor(py::module_& m) {
     reopen<MountedAspersorClass>()
         .def("deleted", py::overload_cast<>(&MountedAspersor::deleted, py::const_))
         .def("deleted", py::overload_cast<bool>(&MountedAspersor::deleted), py::arg("value"))
-        .def("init", &MountedAspersor::init, py::arg("coordenadas"), py::arg("umAspersor"), doc("MountedAspersor.init"))
+        .def("init", &MountedAspersor::init, py::arg("coordenadas"), py::arg("umAspersor"),
+             doc("MountedAspersor.init"))
         .def("id", &MountedAspersor::id)
         .def("Aspersor", &MountedAspersor::Aspersor)
         .def("saida", &MountedAspersor::saida, doc("MountedAspersor.saida"))
@@ -49,7 +50,8 @@ void bindCartaAspersores(py::module_& m) {
         .def("getDrop", &CartaAspersores::getDrop)
         .def("installDrop", &CartaAspersores::installDrop)
         .def("uninstalDrop", &CartaAspersores::uninstalDrop)
-        .def("removeAndUmountAt", &CartaAspersores::removeAndUmountAt, py::arg("coordenadas"), py::arg("apivot"))
+        .def("removeAndUmountAt", &CartaAspersores::removeAndUmountAt, py::arg("coordenadas"),
+             py::arg("apivot"))
         .def("addAndMountAspersor", &CartaAspersores::addAndMountAspersor, py::arg("amountedAspersor"),
              py::arg("apivot"))
         .def("addMountedAspersor", &CartaAspersores::addMountedAspersor, py::arg("amountedAspersor"))
@@ -72,12 +74,12 @@ void bindCartaAspersoresStatic() {
              doc("CartaAspersoresStatic.destroy"))
         .def("find", &CartaAspersoresStatic::find, py::arg("connectionString"), py::arg("asperdbpath"),
              py::arg("id_carta"), doc("CartaAspersoresStatic.find"))
-        .def("enumerateAll", &CartaAspersoresStatic::enumerateAll, py::arg("connectionString"), py::arg("id_sistema"),
-             doc("CartaAspersoresStatic.enumerateAll"))
+        .def("enumerateAll", &CartaAspersoresStatic::enumerateAll, py::arg("connectionString"),
+             py::arg("id_sistema"), doc("CartaAspersoresStatic.enumerateAll"))
         .def("AnyFor", &CartaAspersoresStatic::AnyFor, py::arg("connectionString"), py::arg("id_sistema"),
              doc("CartaAspersoresStatic.AnyFor"))
-        .def("saveAsNew", &CartaAspersoresStatic::saveAsNew, py::arg("connectionString"), py::arg("id_sistema"),
-             py::arg("carta"), doc("CartaAspersoresStatic.saveAsNew"))
+        .def("saveAsNew", &CartaAspersoresStatic::saveAsNew, py::arg("connectionString"),
+             py::arg("id_sistema"), py::arg("carta"), doc("CartaAspersoresStatic.saveAsNew"))
         .def("save", &CartaAspersoresStatic::save, py::arg("connectionString"), py::arg("id_sistema"),
              py::arg("carta"), doc("CartaAspersoresStatic.save"));
 }

@@ -31,13 +31,14 @@ class Error(Exception):
 )py";
 
 template <class Code>
-void bindErrorCodes(py::module_& m, const char* name, std::initializer_list<std::pair<const char*, Code>> codes) {
+void bindErrorCodes(py::module_& m, const char* name,
+                    std::initializer_list<std::pair<const char*, Code>> codes) {
     py::enum_<Code> codeEnum(m, name, doc(name));
     for (const auto& [codeName, code] : codes) {
         codeEnum.value(codeName, code, doc(std::string(name) + "." + codeName));
     }
-    codeEnum.def_property_readonly("number", [](Code code) { return errorNumber(code); },
-                                   "The error number this code is raised with.");
+    codeEnum.def_property_readonly(
+        "number", [](Code code) { return errorNumber(code); }, "The error number this code is raised with.");
 }
 
 py::object numberTable(std::initializer_list<std::pair<const char*, std::int32_t>> numbers) {
@@ -60,29 +61,35 @@ void bindErrors(py::module_& m) {
                 std::rethrow_exception(raised);
             }
         } catch (const Error& error) {
-            py::object instance = py::reinterpret_borrow<py::object>(errorClass)(error.number(),
-                                                                                 error.description(), error.source());
+            py::object instance = py::reinterpret_borrow<py::object>(errorClass)(
+                error.number(), error.description(), error.source());
             PyErr_SetObject(errorClass.ptr(), instance.ptr());
         }
     });
     bindErrorCodes<AspersorException>(
-        m, "AspersorException", {{"MissingAsperorDataException", AspersorException::MissingAsperorDataException}});
-    bindErrorCodes<DescricaoException>(m, "DescricaoException",
-                                       {{"MissingNameException", DescricaoException::MissingNameException},
-                                        {"ModeloIsNewRecordException", DescricaoException::ModeloIsNewRecordException}});
-    bindErrorCodes<ModeloException>(m, "ModeloException",
-                                    {{"MissingNameException", ModeloException::MissingNameException},
-                                     {"MarcaIsNewRecordException", ModeloException::MarcaIsNewRecordException}});
-    bindErrorCodes<MarcaException>(m, "MarcaException", {{"MissingNameException", MarcaException::MissingNameException}});
+        m, "AspersorException",
+        {{"MissingAsperorDataException", AspersorException::MissingAsperorDataException}});
+    bindErrorCodes<DescricaoException>(
+        m, "DescricaoException",
+        {{"MissingNameException", DescricaoException::MissingNameException},
+         {"ModeloIsNewRecordException", DescricaoException::ModeloIsNewRecordException}});
+    bindErrorCodes<ModeloException>(
+        m, "ModeloException",
+        {{"MissingNameException", ModeloException::MissingNameException},
+         {"MarcaIsNewRecordException", ModeloException::MarcaIsNewRecordException}});
+    bindErrorCodes<MarcaException>(m, "MarcaException",
+                                   {{"MissingNameException", MarcaException::MissingNameException}});
     bindErrorCodes<DropException>(m, "DropException",
                                   {{"DropIncompleteException", DropException::DropIncompleteException}});
     bindErrorCodes<CartaExceptions>(m, "CartaExceptions",
                                     {{"NomeDaCartaJaExistente", CartaExceptions::NomeDaCartaJaExistente}});
     bindErrorCodes<PluviometroException>(
-        m, "PluviometroException", {{"PluviometroIncompleteException", PluviometroException::PluviometroIncompleteException}});
+        m, "PluviometroException",
+        {{"PluviometroIncompleteException", PluviometroException::PluviometroIncompleteException}});
     bindErrorCodes<WaterDepthSampleException>(
         m, "WaterDepthSampleException",
-        {{"NotEnoughSamplesToComputeLowQuarter", WaterDepthSampleException::NotEnoughSamplesToComputeLowQuarter}});
+        {{"NotEnoughSamplesToComputeLowQuarter",
+          WaterDepthSampleException::NotEnoughSamplesToComputeLowQuarter}});
     m.attr("ObjectErrorBase") = ObjectErrorBase;
     m.attr("RuntimeError") = numberTable({{"InvalidProcedureCall", RuntimeError::InvalidProcedureCall},
                                           {"Overflow", RuntimeError::Overflow},
@@ -94,12 +101,13 @@ void bindErrors(py::module_& m) {
                                           {"KeyAlreadyAssociated", RuntimeError::KeyAlreadyAssociated},
                                           {"DataAccess", RuntimeError::DataAccess},
                                           {"DatabaseEngine", RuntimeError::DatabaseEngine}});
-    m.attr("DatabaseError") = numberTable({{"InvalidStatement", DatabaseError::InvalidStatement},
-                                           {"CharactersAfterStatement", DatabaseError::CharactersAfterStatement},
-                                           {"ItemNotFound", DatabaseError::ItemNotFound},
-                                           {"ObjectClosed", DatabaseError::ObjectClosed},
-                                           {"ObjectOpen", DatabaseError::ObjectOpen},
-                                           {"ProviderNotFound", DatabaseError::ProviderNotFound}});
+    m.attr("DatabaseError") =
+        numberTable({{"InvalidStatement", DatabaseError::InvalidStatement},
+                     {"CharactersAfterStatement", DatabaseError::CharactersAfterStatement},
+                     {"ItemNotFound", DatabaseError::ItemNotFound},
+                     {"ObjectClosed", DatabaseError::ObjectClosed},
+                     {"ObjectOpen", DatabaseError::ObjectOpen},
+                     {"ProviderNotFound", DatabaseError::ProviderNotFound}});
     m.def("standardErrorText", &standardErrorText, py::arg("number"), doc("standardErrorText"));
     m.def("raiseError", py::overload_cast<std::int32_t>(&raiseError), py::arg("number"), doc("raiseError"));
     m.def("raiseError", py::overload_cast<std::int32_t, const std::string&>(&raiseError), py::arg("number"),
@@ -118,22 +126,26 @@ void bindVariant(py::module_& m) {
     box.def(py::init([]() { return VariantBox{}; }), "An Empty Variant.");
     box.def(py::init([](const Variant& value) { return VariantBox{value}; }), py::arg("value"),
             "The Variant of a Python value (None is Empty, an int a Long when it fits 32 bits).");
-    box.def_static("integer", [](Integer value) { return VariantBox{Variant(value)}; }, py::arg("value"),
-                   "A Variant holding a 16-bit Integer.");
-    box.def_static("long", [](Long value) { return VariantBox{Variant(value)}; }, py::arg("value"),
-                   "A Variant holding a 32-bit Long.");
-    box.def_static("null", []() { return VariantBox{Variant::null()}; }, doc("Variant.null"));
+    box.def_static(
+        "integer", [](Integer value) { return VariantBox{Variant(value)}; }, py::arg("value"),
+        "A Variant holding a 16-bit Integer.");
+    box.def_static(
+        "long", [](Long value) { return VariantBox{Variant(value)}; }, py::arg("value"),
+        "A Variant holding a 32-bit Long.");
+    box.def_static(
+        "null", []() { return VariantBox{Variant::null()}; }, doc("Variant.null"));
     box.def("type", [](const VariantBox& self) { return self.value.type(); });
     box.def("isEmpty", [](const VariantBox& self) { return self.value.isEmpty(); });
     box.def("isNull", [](const VariantBox& self) { return self.value.isNull(); });
     box.def("isNumeric", [](const VariantBox& self) { return self.value.isNumeric(); });
-    box.def("toBoolean", [](const VariantBox& self) { return self.value.toBoolean(); }, doc("Variant.toBoolean"));
+    box.def(
+        "toBoolean", [](const VariantBox& self) { return self.value.toBoolean(); }, doc("Variant.toBoolean"));
     box.def("toInteger", [](const VariantBox& self) { return self.value.toInteger(); });
     box.def("toLong", [](const VariantBox& self) { return self.value.toLong(); });
     box.def("toDouble", [](const VariantBox& self) { return self.value.toDouble(); });
     box.def("toString", [](const VariantBox& self) { return self.value.toString(); });
-    box.def_property_readonly("value", [](const VariantBox& self) { return self.value; },
-                              "The value as a plain Python value.");
+    box.def_property_readonly(
+        "value", [](const VariantBox& self) { return self.value; }, "The value as a plain Python value.");
     box.def("__repr__", [](const VariantBox& self) {
         return "Variant(" + py::repr(variantToPython(self.value)).cast<std::string>() + ")";
     });
@@ -164,7 +176,8 @@ void bindCollection() {
         .def("Contains", &Collection::Contains, py::arg("key"))
         .def("__len__", &Collection::Count)
         .def("__getitem__", py::overload_cast<Long>(&Collection::Item, py::const_), py::arg("index"))
-        .def("__getitem__", py::overload_cast<const std::string&>(&Collection::Item, py::const_), py::arg("key"))
+        .def("__getitem__", py::overload_cast<const std::string&>(&Collection::Item, py::const_),
+             py::arg("key"))
         .def("__contains__", &Collection::Contains, py::arg("key"))
         .def("__iter__",
              [](const Collection& self) {
@@ -174,8 +187,12 @@ void bindCollection() {
                  }
                  return py::iter(items);
              })
-        .def("tolist", [](const Collection& self) { return py::list(py::cast(std::vector<Variant>(self.begin(), self.end()))); },
-             "The items as a list, in order.");
+        .def(
+            "tolist",
+            [](const Collection& self) {
+                return py::list(py::cast(std::vector<Variant>(self.begin(), self.end())));
+            },
+            "The items as a list, in order.");
 }
 
 template <class Element>
@@ -190,7 +207,10 @@ void addArrayOperations(ArraysClass& cls) {
     cls.def("Slice", &Arrays::Slice<Element>, py::arg("self_"), py::arg("begin"), py::arg("till"),
             doc("Arrays.Slice"));
     cls.def(
-        "Sort", [](const Arrays& self, const Array& list, Comparator& comparator) { return self.Sort(list, comparator); },
+        "Sort",
+        [](const Arrays& self, const Array& list, Comparator& comparator) {
+            return self.Sort(list, comparator);
+        },
         py::arg("self_"), py::arg("aComparator"), doc("Arrays.Sort"));
 }
 
@@ -223,8 +243,10 @@ void bindArraysAndDoubles(py::module_& m) {
         .def("MaxValue", &Doubles::MaxValue, doc("Doubles.MaxValue"))
         .def("MinValue", &Doubles::MinValue, doc("Doubles.MinValue"))
         .def("isNaN", &Doubles::isNaN, py::arg("value"), doc("Doubles.isNaN"))
-        .def("isPositiveInfinity", &Doubles::isPositiveInfinity, py::arg("value"), doc("Doubles.isPositiveInfinity"))
-        .def("isNegativeInfinity", &Doubles::isNegativeInfinity, py::arg("value"), doc("Doubles.isNegativeInfinity"))
+        .def("isPositiveInfinity", &Doubles::isPositiveInfinity, py::arg("value"),
+             doc("Doubles.isPositiveInfinity"))
+        .def("isNegativeInfinity", &Doubles::isNegativeInfinity, py::arg("value"),
+             doc("Doubles.isNegativeInfinity"))
         .def("Max", &Doubles::Max, py::arg("First"), py::arg("Last"), doc("Doubles.Max"))
         .def("Min", &Doubles::Min, py::arg("First"), py::arg("Last"), doc("Doubles.Min"));
     m.def("percentToFraction", &percentToFraction, py::arg("value"), doc("percentToFraction"));
@@ -245,7 +267,8 @@ void bindArraysAndDoubles(py::module_& m) {
     checkedModule.def("mul", &checked::mul, py::arg("a"), py::arg("b"));
     checkedModule.def("div", &checked::div, py::arg("a"), py::arg("b"));
     checkedModule.def("pow", &checked::pow, py::arg("base"), py::arg("exponent"), doc("checked.pow"));
-    checkedModule.def("result", &checked::result, py::arg("value"), py::arg("operand"), doc("checked.result"));
+    checkedModule.def("result", &checked::result, py::arg("value"), py::arg("operand"),
+                      doc("checked.result"));
 }
 
 void bindStatics(py::module_& m) {
@@ -279,8 +302,8 @@ void bindStatics(py::module_& m) {
         .def("PivotEvaluations", &Statics::PivotEvaluations)
         .def("Saidas", &Statics::Saidas, doc("Statics.Saidas"));
     m.def("makeIndicadores", &makeIndicadores, py::arg("horas"), py::arg("nsaidas"), doc("makeIndicadores"));
-    m.def("makePivotSample", &makePivotSample, py::arg("centerDistance"), py::arg("wetDiameter"), py::arg("code"),
-          doc("makePivotSample"));
+    m.def("makePivotSample", &makePivotSample, py::arg("centerDistance"), py::arg("wetDiameter"),
+          py::arg("code"), doc("makePivotSample"));
     m.def("makeKostiakovParameters", &makeKostiakovParameters, py::arg("k"), py::arg("a"),
           doc("makeKostiakovParameters"));
 }

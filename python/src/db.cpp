@@ -87,7 +87,8 @@ void bindTableSchema(py::module_& m) {
              doc("TableSchema.copyData"))
         .def("copyDataSQL", &TableSchema::copyDataSQL, py::arg("from_id"), py::arg("to_id"),
              doc("TableSchema.copyDataSQL"))
-        .def("updateSQL", &TableSchema::updateSQL, py::arg("values"), py::arg("id"), doc("TableSchema.updateSQL"))
+        .def("updateSQL", &TableSchema::updateSQL, py::arg("values"), py::arg("id"),
+             doc("TableSchema.updateSQL"))
         .def("countSQL", &TableSchema::countSQL, py::arg("condition") = OptionalVariant(),
              doc("TableSchema.countSQL"))
         .def("selectSQL", &TableSchema::selectSQL, py::arg("id") = OptionalVariant(),

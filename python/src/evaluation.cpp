@@ -21,7 +21,8 @@ void bindFieldSamples() {
         .def("Valid", &FieldSamples::Valid, py::arg("self_"), doc("FieldSamples.Valid"))
         .def("Parse", &FieldSamples::Parse, py::arg("stringRepresentation"), doc("FieldSamples.Parse"))
         .def("serialize", &FieldSamples::serialize, py::arg("self_"), doc("FieldSamples.serialize"))
-        .def("FilterValid", &FieldSamples::FilterValid, py::arg("collection"), doc("FieldSamples.FilterValid"))
+        .def("FilterValid", &FieldSamples::FilterValid, py::arg("collection"),
+             doc("FieldSamples.FilterValid"))
         .def("CollectionToWaterDepth", &FieldSamples::CollectionToWaterDepth, py::arg("collection"),
              py::arg("usedPluviometro"), doc("FieldSamples.CollectionToWaterDepth"))
         .def("ToWaterDepth", &FieldSamples::ToWaterDepth, py::arg("self_"), py::arg("usedPluviometro"),
@@ -29,7 +30,8 @@ void bindFieldSamples() {
     reopen<PluviometrosClass>()
         .def(py::init<>())
         .def_static("shared", &Pluviometros::shared)
-        .def("newPluviometro", &Pluviometros::newPluviometro, py::arg("diameter"), doc("Pluviometros.newPluviometro"))
+        .def("newPluviometro", &Pluviometros::newPluviometro, py::arg("diameter"),
+             doc("Pluviometros.newPluviometro"))
         .def("Area", &Pluviometros::Area, py::arg("self_"), doc("Pluviometros.Area"))
         .def("Valid", &Pluviometros::Valid, py::arg("self_"), doc("Pluviometros.Valid"));
 }
@@ -42,9 +44,10 @@ void bindWaterDepths() {
              py::arg("distanceFromCenter"), doc("WaterDepths.newWaterDepthSample"))
         .def("NullWaterDepth", &WaterDepths::NullWaterDepth, doc("WaterDepths.NullWaterDepth"))
         .def("Valid", &WaterDepths::Valid, py::arg("self_"), doc("WaterDepths.Valid"))
-        .def("PonderatedDepths", &WaterDepths::PonderatedDepths, py::arg("self_"), doc("WaterDepths.PonderatedDepths"))
-        .def("PonderatedDeviation", &WaterDepths::PonderatedDeviation, py::arg("self_"), py::arg("averageDepth"),
-             doc("WaterDepths.PonderatedDeviation"))
+        .def("PonderatedDepths", &WaterDepths::PonderatedDepths, py::arg("self_"),
+             doc("WaterDepths.PonderatedDepths"))
+        .def("PonderatedDeviation", &WaterDepths::PonderatedDeviation, py::arg("self_"),
+             py::arg("averageDepth"), doc("WaterDepths.PonderatedDeviation"))
         .def("Sort", &WaterDepths::Sort, py::arg("list"), py::arg("by"), doc("WaterDepths.Sort"))
         .def("LowQuarter", &WaterDepths::LowQuarter, py::arg("list"), doc("WaterDepths.LowQuarter"))
         .def(
@@ -54,24 +57,29 @@ void bindWaterDepths() {
                 return py::make_tuple(average, limit);
             },
             py::arg("list"), py::arg("limit"),
-            (std::string(doc("WaterDepths.Average")) + "\nReturns (average, limit): the limit as written back.")
+            (std::string(doc("WaterDepths.Average")) +
+             "\nReturns (average, limit): the limit as written back.")
                 .c_str())
         .def("Average", py::overload_cast<const Samples&>(&WaterDepths::Average, py::const_), py::arg("list"),
              doc("WaterDepths.Average", 1));
-    reopen<WaterDepthsComparatorClass>()
-        .def("init", &WaterDepthsComparator::init, py::arg("compareWath") = compareWhat::depth,
-             doc("WaterDepthsComparator.init"));
+    reopen<WaterDepthsComparatorClass>().def("init", &WaterDepthsComparator::init,
+                                             py::arg("compareWath") = compareWhat::depth,
+                                             doc("WaterDepthsComparator.init"));
 }
 
 void bindPivotEvaluations() {
     reopen<PivotEvaluationsClass>()
         .def_static("shared", &PivotEvaluations::shared)
-        .def("newEvaluation", &PivotEvaluations::newEvaluation, py::arg("name"), doc("PivotEvaluations.newEvaluation"))
+        .def("newEvaluation", &PivotEvaluations::newEvaluation, py::arg("name"),
+             doc("PivotEvaluations.newEvaluation"))
         .def("Enumerate", &PivotEvaluations::Enumerate, py::arg("con"), doc("PivotEvaluations.Enumerate"))
         .def("save", &PivotEvaluations::save, py::arg("con"), py::arg("self_"), doc("PivotEvaluations.save"))
-        .def("exists", &PivotEvaluations::exists, py::arg("con"), py::arg("conditions"), doc("PivotEvaluations.exists"))
-        .def("find", &PivotEvaluations::find, py::arg("con"), py::arg("conditions"), doc("PivotEvaluations.find"))
-        .def("destroy", &PivotEvaluations::destroy, py::arg("con"), py::arg("self_"), doc("PivotEvaluations.destroy"));
+        .def("exists", &PivotEvaluations::exists, py::arg("con"), py::arg("conditions"),
+             doc("PivotEvaluations.exists"))
+        .def("find", &PivotEvaluations::find, py::arg("con"), py::arg("conditions"),
+             doc("PivotEvaluations.find"))
+        .def("destroy", &PivotEvaluations::destroy, py::arg("con"), py::arg("self_"),
+             doc("PivotEvaluations.destroy"));
 }
 
 }  // namespace

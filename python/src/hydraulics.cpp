@@ -25,11 +25,10 @@ void bindStrategyAndAppliers(py::module_& m) {
              doc("CalculosStrategy.beforeCompute"))
         .def("afterCompute", &CalculosStrategy::afterCompute, py::arg("pivot_wrapper"),
              doc("CalculosStrategy.afterCompute"))
-        .def("aspersorFor", &CalculosStrategy::aspersorFor, py::arg("aSaida"), doc("CalculosStrategy.aspersorFor"))
+        .def("aspersorFor", &CalculosStrategy::aspersorFor, py::arg("aSaida"),
+             doc("CalculosStrategy.aspersorFor"))
         .def("carta", &CalculosStrategy::carta, doc("CalculosStrategy.carta"));
-    reopen<PivotApplierClass>()
-        .def(py::init<>())
-        .def("apply", &PivotApplier::apply, py::arg("apivot"));
+    reopen<PivotApplierClass>().def(py::init<>()).def("apply", &PivotApplier::apply, py::arg("apivot"));
     reopen<ReguladorPressionClass>()
         .def(py::init<>())
         .def("installed", &ReguladorPression::installed)
@@ -37,7 +36,8 @@ void bindStrategyAndAppliers(py::module_& m) {
         .def("minimum_caudal", &ReguladorPression::minimum_caudal)
         .def("maximum_caudal", &ReguladorPression::maximum_caudal)
         .def("tramo", &ReguladorPression::tramo)
-        .def("apply_to", &ReguladorPression::apply_to, py::arg("pivot_wrapper"), doc("ReguladorPression.apply_to"))
+        .def("apply_to", &ReguladorPression::apply_to, py::arg("pivot_wrapper"),
+             doc("ReguladorPression.apply_to"))
         .def("apply", &ReguladorPression::apply, py::arg("apivot"), doc("ReguladorPression.apply"));
     m.def("makeReguladorPression", &makeReguladorPression, py::arg("tramo"), py::arg("pression"),
           py::arg("caudal_max"), py::arg("caudal_min"), py::arg("installed"), doc("makeReguladorPression"));
@@ -62,7 +62,8 @@ void bindPivotWrapper() {
         .def("uninstallDrop", &PivotWrapper::uninstallDrop)
         .def("getDrop", &PivotWrapper::getDrop, doc("PivotWrapper.getDrop"))
         .def("apply", &PivotWrapper::apply, py::arg("applier"), doc("PivotWrapper.apply"))
-        .def("setTimeForCompleteRevolution", &PivotWrapper::setTimeForCompleteRevolution, py::arg("tempo_revolucao"))
+        .def("setTimeForCompleteRevolution", &PivotWrapper::setTimeForCompleteRevolution,
+             py::arg("tempo_revolucao"))
         .def("getLongitudeTotal", &PivotWrapper::getLongitudeTotal)
         .def("numeroTotalDeSaidas", &PivotWrapper::numeroTotalDeSaidas)
         .def("pluviosidadeMaxima", &PivotWrapper::pluviosidadeMaxima, py::arg("Sample"))
@@ -75,14 +76,15 @@ void bindPivotWrapper() {
              doc("PivotWrapper.WaterDepthsSamples"))
         .def("extractCarta", &PivotWrapper::extractCarta, doc("PivotWrapper.extractCarta"))
         .def("calculate", &PivotWrapper::calculate, doc("PivotWrapper.calculate"))
-        .def("compute", &PivotWrapper::compute, py::arg("strategy"), py::arg("aDrop"), doc("PivotWrapper.compute"))
+        .def("compute", &PivotWrapper::compute, py::arg("strategy"), py::arg("aDrop"),
+             doc("PivotWrapper.compute"))
         .def("carta", &PivotWrapper::carta, doc("PivotWrapper.carta"))
         .def("idealContinuosPressureLossForTramo", &PivotWrapper::idealContinuosPressureLossForTramo,
              py::arg("order"), doc("PivotWrapper.idealContinuosPressureLossForTramo"))
         .def("idealEndGunDischarge", &PivotWrapper::idealEndGunDischarge)
         .def("computeIdealOperationMode", &PivotWrapper::computeIdealOperationMode)
-        .def("calculaEndGunIdeal", &PivotWrapper::calculaEndGunIdeal, py::arg("aGun"), py::arg("initial_conditions"),
-             doc("PivotWrapper.calculaEndGunIdeal"))
+        .def("calculaEndGunIdeal", &PivotWrapper::calculaEndGunIdeal, py::arg("aGun"),
+             py::arg("initial_conditions"), doc("PivotWrapper.calculaEndGunIdeal"))
         .def("update", &PivotWrapper::update, py::arg("toUpdate"), doc("PivotWrapper.update"));
 }
 
@@ -92,7 +94,8 @@ void bindDropsAndMaterials() {
         .def("isValid", &Drops::isValid, py::arg("self_"), doc("Drops.isValid"))
         .def("Differs", &Drops::Differs, py::arg("self_"), py::arg("other"))
         .def("Equals", &Drops::Equals, py::arg("self_"), py::arg("other"), doc("Drops.Equals"))
-        .def("PressureLoss", &Drops::PressureLoss, py::arg("self_"), py::arg("discharge"), doc("Drops.PressureLoss"))
+        .def("PressureLoss", &Drops::PressureLoss, py::arg("self_"), py::arg("discharge"),
+             doc("Drops.PressureLoss"))
         .def("createNull", &Drops::createNull, doc("Drops.createNull"))
         .def("newDrop", &Drops::newDrop, py::arg("diameter"), py::arg("longitud"), py::arg("pipe_material"))
         .def("Install", &Drops::Install, py::arg("self_"), doc("Drops.Install"))
@@ -104,7 +107,8 @@ void bindDropsAndMaterials() {
         .def_static("shared", &PipeMaterials::shared)
         .def("All", &PipeMaterials::All, py::arg("con"), doc("PipeMaterials.All"))
         .def("NullPipeMaterial", &PipeMaterials::NullPipeMaterial, doc("PipeMaterials.NullPipeMaterial"))
-        .def("Equals", &PipeMaterials::Equals, py::arg("self_"), py::arg("other"), doc("PipeMaterials.Equals"))
+        .def("Equals", &PipeMaterials::Equals, py::arg("self_"), py::arg("other"),
+             doc("PipeMaterials.Equals"))
         .def("find", &PipeMaterials::find, py::arg("con"), py::arg("id"), doc("PipeMaterials.find"));
 }
 

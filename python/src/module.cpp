@@ -14,4 +14,5 @@ PYBIND11_MODULE(_caudalis, m) {
     bindHydraulics(m);
     bindCharts(m);
     bindEvaluation(m);
+    bindDesign(m);
 }

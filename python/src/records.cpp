@@ -1,9 +1,9 @@
 // The library's records and the enumeration compareWhat.
+#include "caudalis/core/Records.hpp"
 #include "ArrayClass.hpp"
 #include "Bindings.hpp"
 #include "RecordClass.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
-#include "caudalis/core/Records.hpp"
 
 namespace caudalis::python {
 
@@ -72,7 +72,8 @@ void bindMachineRecords(py::module_& m) {
     using SpeedRows = FixedArray<velocidadeDotacao, 1, 10>;
     py::class_<SpeedRows> rows(m, "FixedArray_velocidadeDotacao", doc("FixedArray"));
     rows.def("lbound", &SpeedRows::lbound).def("ubound", &SpeedRows::ubound).def("count", &SpeedRows::count);
-    rows.def("bounds", [](const SpeedRows&) { return py::make_tuple(SpeedRows::lbound(), SpeedRows::ubound()); });
+    rows.def("bounds",
+             [](const SpeedRows&) { return py::make_tuple(SpeedRows::lbound(), SpeedRows::ubound()); });
     addSequenceProtocol<SpeedRows, velocidadeDotacao>(rows);
     rows.def("__repr__", [](py::object self) {
         return "FixedArray_velocidadeDotacao(" + py::repr(self.attr("tolist")()).cast<std::string>() + ")";
@@ -169,7 +170,10 @@ void bindCatalogueRecords(py::module_& m) {
         .field("marca", &modelo::marca)
         .field("marca_id", &modelo::marca_id)
         .finish();
-    RecordClass<CartaInfo>(m, "CartaInfo").field("nome", &CartaInfo::nome).field("id", &CartaInfo::id).finish();
+    RecordClass<CartaInfo>(m, "CartaInfo")
+        .field("nome", &CartaInfo::nome)
+        .field("id", &CartaInfo::id)
+        .finish();
     RecordClass<Projecto>(m, "Projecto")
         .field("id", &Projecto::id)
         .field("nome", &Projecto::nome)
@@ -188,7 +192,10 @@ void bindCatalogueRecords(py::module_& m) {
         .field("p_tramos_loaded", &Projecto::p_tramos_loaded)
         .field("p_destroyed", &Projecto::p_destroyed)
         .finish();
-    RecordClass<TramoMarca>(m, "TramoMarca").field("name", &TramoMarca::name).field("id", &TramoMarca::id).finish();
+    RecordClass<TramoMarca>(m, "TramoMarca")
+        .field("name", &TramoMarca::name)
+        .field("id", &TramoMarca::id)
+        .finish();
     RecordClass<ReferenceTramo>(m, "ReferenceTramo")
         .field("id", &ReferenceTramo::id)
         .field("denominacion", &ReferenceTramo::denominacion)

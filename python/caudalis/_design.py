@@ -1,0 +1,94 @@
+"""`caudalis.design(...)`: a design file (or a dict of the same shape) run against a nozzle
+catalogue, with the outlets, spans and findings as tables and a plot of the machine."""
+import json
+import os
+
+from . import _caudalis
+from ._caudalis import services
+from ._plots import plot_design
+from ._tables import table
+
+
+def _description(source):
+    if isinstance(source, dict):
+        return services.DesignFile.parse(json.dumps(source), "<dict>")
+    if isinstance(source, (str, os.PathLike)):
+        return services.DesignFile.load(os.fspath(source))
+    raise TypeError(f"design() takes a design file path or a dict, not {type(source).__name__}")
+
+
+def _nozzles(catalogue):
+    if isinstance(catalogue, _caudalis.Collection):
+        return catalogue
+    if isinstance(catalogue, (list, tuple)):
+        collection = _caudalis.Collection()
+        for nozzle in catalogue:
+            collection.Add(nozzle)
+        return collection
+    path = os.fspath(catalogue)
+    if not os.path.isfile(path):
+        raise FileNotFoundError(f"catalogue database {path} does not exist (make one with `caudalis init`)")
+    return _caudalis.Statics.application().Aspersores().find(path)
+
+
+class DesignResult:
+    """A computed design: `summary` (dict), `outlets`, `spans` and `findings` (tables),
+    `chart` (the `CartaAspersores` to store), `json()`, `text()`, `csv()` and `plot()`."""
+
+    def __init__(self, raw):
+        self.raw = raw
+        self.document = json.loads(raw.json())
+        self.name = self.document["name"]
+        self.summary = self.document["summary"]
+        self.outlets = table([_outlet_row(outlet) for outlet in self.document["outlets"]])
+        self.spans = table(self.document["spans"])
+        self.findings = table(self.document["findings"])
+        self.chart = raw.chart
+
+    def json(self):
+        """The whole result as the command line's `--json` writes it."""
+        return self.raw.json()
+
+    def text(self):
+        return self.raw.text()
+
+    def csv(self):
+        return self.raw.csv()
+
+    def application_rates(self, wet_diameter_m=None):
+        """(distance, peak application rate in mm/h) of every outlet for the wetted diameter
+        given, or the design's pluviometry check's; None when neither is known."""
+        wet = wet_diameter_m or self.raw.design.pluviometryWetDiameterM
+        if not wet:
+            return None
+        statics = _caudalis.Statics.application()
+        machine = services.MachineBuilder().build(self.raw.design)
+        machine.caudaDaCartaAssociada = self.summary["computed_flow_lps"]
+        distances = [outlet["distanciaAoPivot"] for outlet in self.document["outlets"]]
+        rates = [statics.Pivots().pluviosidadeMaxima(machine, statics.newPivotSample(r, wet, "")) for r in distances]
+        return distances, rates
+
+    def plot(self, path=None, wet_diameter_m=None):
+        """Pressure, flow, depth and application rate along the machine; written to `path`
+        (PNG or SVG by its extension) when given. Returns the matplotlib figure."""
+        return plot_design(self, path, wet_diameter_m)
+
+    def __repr__(self):
+        return f"<DesignResult {self.name!r}: {self.summary['outlets']} outlets>"
+
+
+def _outlet_row(outlet):
+    row = dict(outlet)
+    nozzle = row.pop("aspersor") or {}
+    row["nozzle"] = nozzle.get("nome")
+    row["nozzle_model"] = nozzle.get("modelo")
+    row["nozzle_brand"] = nozzle.get("marca")
+    return row
+
+
+def design(source, catalogue="catalogue.db", max_passes=1000):
+    """Runs a design: `source` is a design file's path or a dict of the same shape;
+    `catalogue` is a catalogue database's path (default ./catalogue.db, as the command line)
+    or the nozzles themselves (a `Collection` or a list of `Aspersor`)."""
+    description = _description(source)
+    return DesignResult(services.run(description, _nozzles(catalogue), max_passes))

@@ -1,0 +1,68 @@
+"""Plots of designs and evaluations with matplotlib (imported only when a plot is asked for)."""
+
+
+def _figure(rows):
+    import matplotlib
+
+    if matplotlib.get_backend().lower() not in ("agg", "svg", "pdf"):
+        matplotlib.use("Agg")
+    import matplotlib.pyplot as pyplot
+
+    return pyplot.subplots(rows, 1, figsize=(9, 3 * rows), sharex=True, constrained_layout=True)
+
+
+def _save(figure, path):
+    if path is not None:
+        figure.savefig(path, dpi=100)
+    return figure
+
+
+def plot_design(result, path, wet_diameter_m):
+    outlets = [o for o in result.document["outlets"] if o["place"] != "end gun"] or result.document["outlets"]
+    distance = [o["distanciaAoPivot"] for o in outlets]
+    figure, (pressure, flow, depth, rate) = _figure(4)
+    figure.suptitle(result.name)
+    pressure.plot(distance, [o["pressao_actuante"] for o in outlets], label="acting")
+    pressure.plot(distance, [o["pressao_real"] for o in outlets], label="in the pipe", linestyle="--")
+    pressure.plot(distance, [o["pressao_ideal"] for o in outlets], label="ideal", linestyle=":")
+    pressure.set_ylabel("pressure (kPa)")
+    flow.plot(distance, [o["caudal"] for o in outlets], label="required")
+    flow.plot(distance, [o["caudal_do_aspersor"] for o in outlets], label="delivered", marker=".", linestyle="")
+    flow.set_ylabel("flow (l/s)")
+    depth.plot(distance, [o["depth_mm"] for o in outlets], label="delivered")
+    depth.plot(distance, [o["ideal_depth_mm"] for o in outlets], label="ideal", linestyle="--")
+    depth.set_ylabel("depth per revolution (mm)")
+    rates = result.application_rates(wet_diameter_m)
+    if rates:
+        rate.plot(*rates, label="peak")
+        for peak in result.summary.get("peak_rates", []):
+            rate.plot(peak["distance_m"], peak["rate_mm_h"], marker="o", linestyle="", label=peak["code"])
+    else:
+        rate.text(0.5, 0.5, "no wetted diameter to compute it from", ha="center", transform=rate.transAxes)
+    rate.set_ylabel("application rate (mm/h)")
+    rate.set_xlabel("distance from the centre (m)")
+    for axes in (pressure, flow, depth, rate):
+        axes.grid(True, alpha=0.3)
+        if axes.get_legend_handles_labels()[0]:
+            axes.legend(loc="best", fontsize="small")
+    return _save(figure, path)
+
+
+def plot_evaluation(evaluation, rows, path, designed):
+    figure, depth = _figure(1)
+    figure.suptitle(evaluation.name)
+    for index in sorted({row["pass"] for row in rows}):
+        valid = [row for row in rows if row["pass"] == index and row["valid"]]
+        depth.plot([r["distance_m"] for r in valid], [r["depth_mm"] for r in valid], marker="o", linestyle="",
+                   label=f"measured, pass {index}")
+    mean = evaluation.summary["mean_depth_mm"]
+    if mean:
+        depth.axhline(mean, color="grey", linestyle=":", label=f"measured mean {mean:.1f} mm")
+    if designed is not None:
+        outlets = [o for o in designed.document["outlets"] if o["place"] != "end gun"]
+        depth.plot([o["distanciaAoPivot"] for o in outlets], [o["depth_mm"] for o in outlets], label="designed")
+    depth.set_xlabel("distance from the centre (m)")
+    depth.set_ylabel("depth (mm)")
+    depth.grid(True, alpha=0.3)
+    depth.legend(loc="best", fontsize="small")
+    return _save(figure, path)

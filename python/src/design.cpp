@@ -1,0 +1,132 @@
+// The design services: design files, the design run, its result and the uniformity figures.
+#include <pybind11/eval.h>
+
+#include <sstream>
+
+#include "Bindings.hpp"
+#include "Declarations.hpp"
+#include "caudalis/design/CsvReport.hpp"
+#include "caudalis/design/DesignError.hpp"
+#include "caudalis/design/DesignFile.hpp"
+#include "caudalis/design/DesignRunner.hpp"
+#include "caudalis/design/InMemoryNozzleSource.hpp"
+#include "caudalis/design/JsonReport.hpp"
+#include "caudalis/design/MachineBuilder.hpp"
+#include "caudalis/design/NozzlePackageStrategy.hpp"
+#include "caudalis/design/TextReport.hpp"
+#include "caudalis/design/Uniformity.hpp"
+
+namespace caudalis::python {
+
+namespace {
+
+using namespace caudalis::design;
+
+/// The Python class `caudalis.services.DesignError`, made once by `bindDesignError`.
+py::handle designErrorClass;
+
+void bindDesignError(py::module_& services) {
+    py::dict scope;
+    scope["__name__"] = "caudalis.services";
+    py::exec(R"py(
+class DesignError(Exception):
+    """A failure of the design services, with a message that names the file, field or figure
+    at fault; `kind` is "invalid-input" or "not-settled"."""
+
+    def __init__(self, message, kind="invalid-input"):
+        super().__init__(message)
+        self.kind = kind
+)py",
+             scope);
+    designErrorClass = py::object(scope["DesignError"]).release();
+    services.attr("DesignError") = designErrorClass;
+    py::register_exception_translator([](std::exception_ptr raised) {
+        try {
+            if (raised) {
+                std::rethrow_exception(raised);
+            }
+        } catch (const DesignError& error) {
+            const char* kind =
+                error.kind() == DesignError::Kind::NotSettled ? "not-settled" : "invalid-input";
+            py::object instance = py::reinterpret_borrow<py::object>(designErrorClass)(error.what(), kind);
+            PyErr_SetObject(designErrorClass.ptr(), instance.ptr());
+        }
+    });
+}
+
+template <class Writer>
+std::string written(const DesignResult& result) {
+    std::ostringstream out;
+    Writer::write(out, result);
+    return out.str();
+}
+
+void bindDesignRun(py::module_& services) {
+    py::class_<DesignDescription>(services, "DesignDescription",
+                                  "The validated content of a design file, in SI units.")
+        .def_readonly("name", &DesignDescription::name)
+        .def_readonly("inletPressureKpa", &DesignDescription::inletPressureKpa)
+        .def_readonly("designFlowLps", &DesignDescription::designFlowLps)
+        .def_readonly("revolutionTimeH", &DesignDescription::revolutionTimeH)
+        .def_property_readonly("systemId", [](const DesignDescription& self) { return self.systemId; })
+        .def_property_readonly(
+            "pluviometryWetDiameterM",
+            [](const DesignDescription& self) -> std::optional<double> {
+                if (!self.pluviometryCheck) {
+                    return std::nullopt;
+                }
+                return self.pluviometryCheck->first.wetDiameterM;
+            },
+            "The wetted diameter at the first pluviometry check point, if the design has a check.");
+    py::class_<DesignFile>(services, "DesignFile", doc("design.DesignFile"))
+        .def_static("load", &DesignFile::load, py::arg("path"), doc("design.DesignFile.load"))
+        .def_static("parse", &DesignFile::parse, py::arg("text"), py::arg("sourceName"),
+                    doc("design.DesignFile.parse"));
+    py::class_<MachineBuilder>(services, "MachineBuilder", doc("design.MachineBuilder"))
+        .def(py::init<>())
+        .def("build", &MachineBuilder::build, py::arg("design"));
+    py::class_<DesignResult>(services, "DesignResult", doc("design.DesignResult"))
+        .def_readonly("design", &DesignResult::design)
+        .def_readonly("chart", &DesignResult::chart, doc("design.DesignResult.chart"))
+        .def("json", &JsonReport::text, doc("design.JsonReport.text"))
+        .def("csv", &written<CsvReport>, "The outlets as CSV, as the command line writes them.")
+        .def("text", &written<TextReport>, "The sprinkler chart as the command line prints it.");
+    services.def(
+        "run",
+        [](const DesignDescription& description, const CollectionRef& nozzles, long maxPasses) {
+            InMemoryNozzleSource source(nozzles);
+            return DesignRunner(DesignOptions{maxPasses}).run(description, source);
+        },
+        py::arg("description"), py::arg("nozzles"), py::arg("maxPasses") = DesignOptions{}.maxPasses,
+        doc("design.DesignRunner"));
+}
+
+void bindStrategyAndUniformity(py::module_& services) {
+    py::class_<NozzlePackageStrategy, CalculosStrategy, std::shared_ptr<NozzlePackageStrategy>>(
+        services, "NozzlePackageStrategy", doc("design.NozzlePackageStrategy"))
+        .def(py::init<const CollectionRef&, double, long>(), py::arg("nozzles"), py::arg("tolerance"),
+             py::arg("maxPasses"))
+        .def("passes", &NozzlePackageStrategy::passes, doc("design.NozzlePackageStrategy.passes"))
+        .def("unfittedDistances", &NozzlePackageStrategy::unfittedDistances,
+             doc("design.NozzlePackageStrategy.unfittedDistances"));
+    auto uniformity = py::class_<Uniformity>(services, "Uniformity", doc("design.Uniformity"));
+    uniformity.def_static("meanDepth", &Uniformity::meanDepth, py::arg("samples"),
+                          doc("design.Uniformity.meanDepth"));
+    uniformity.def_static("heermannHein", &Uniformity::heermannHein, py::arg("samples"),
+                          doc("design.Uniformity.heermannHein"));
+    uniformity.def_static("lowQuarterMean", &Uniformity::lowQuarterMean, py::arg("samples"),
+                          doc("design.Uniformity.lowQuarterMean"));
+    uniformity.def_static("lowQuarter", &Uniformity::lowQuarter, py::arg("samples"),
+                          doc("design.Uniformity.lowQuarter"));
+}
+
+}  // namespace
+
+void bindDesign(py::module_& m) {
+    auto services = m.def_submodule("services", "The design services every host shares.");
+    bindDesignError(services);
+    bindDesignRun(services);
+    bindStrategyAndUniformity(services);
+}
+
+}  // namespace caudalis::python

@@ -1,0 +1,119 @@
+"""The design and evaluation layer: results equal the command line's, tables, plots."""
+import json
+import os
+import pathlib
+import subprocess
+import sys
+
+import caudalis
+import pytest
+
+from conftest import SOURCE_DIR
+
+CLI = os.environ.get("CAUDALIS_CLI")
+EXAMPLES = sorted((SOURCE_DIR / "examples" / "designs").glob("*.json"))
+
+
+@pytest.fixture(scope="module")
+def catalogue(tmp_path_factory):
+    folder = tmp_path_factory.mktemp("databases")
+    subprocess.run([CLI, "init", str(folder)], check=True, capture_output=True)
+    return str(folder / "catalogue.db")
+
+
+def assert_close(python, cli, where="$"):
+    if isinstance(cli, dict):
+        assert python.keys() == cli.keys(), where
+        for key in cli:
+            assert_close(python[key], cli[key], f"{where}.{key}")
+    elif isinstance(cli, list):
+        assert len(python) == len(cli), where
+        for index, (p, c) in enumerate(zip(python, cli)):
+            assert_close(p, c, f"{where}[{index}]")
+    elif isinstance(cli, float):
+        assert python == pytest.approx(cli, rel=1e-12, abs=0), where
+    else:
+        assert python == cli, where
+
+
+@pytest.mark.parametrize("example", EXAMPLES, ids=lambda p: p.name)
+def test_a_design_matches_the_command_lines_json(example, catalogue):
+    cli = subprocess.run([CLI, "design", str(example), "--json", "--catalogue", catalogue],
+                         check=True, capture_output=True, text=True).stdout
+    result = caudalis.design(example, catalogue=catalogue)
+    assert_close(json.loads(result.json()), json.loads(cli))
+    delivered = [o["caudal_do_aspersor"] for o in json.loads(cli)["outlets"]]
+    assert result.outlets["caudal_do_aspersor"].tolist() == pytest.approx(delivered, rel=1e-12)
+
+
+def test_a_dict_designs_like_its_file(catalogue):
+    example = SOURCE_DIR / "examples" / "designs" / "small.json"
+    from_dict = caudalis.design(json.loads(example.read_text()), catalogue=catalogue)
+    assert from_dict.json() == caudalis.design(example, catalogue=catalogue).json()
+    assert len(from_dict.spans) == 2
+    assert isinstance(from_dict.chart, caudalis.CartaAspersores)
+
+
+def test_bad_input_names_the_field(catalogue):
+    with pytest.raises(caudalis.services.DesignError, match="length_m") as raised:
+        caudalis.design({"name": "x", "inlet_pressure_kpa": 200, "design_flow_lps": 5, "roughness_c": 140,
+                         "revolution_time_h": 10, "spans": [{"length_m": -1, "diameter_mm": 100,
+                                                               "outlet_spacing_cm": 200, "end_elevation_m": 0}],
+                         "nozzle_selection": {"tolerance": 0.1}}, catalogue=catalogue)
+    assert raised.value.kind == "invalid-input"
+    with pytest.raises(FileNotFoundError, match="nowhere.db"):
+        caudalis.design(EXAMPLES[0], catalogue="nowhere.db")
+
+
+def test_tables_are_lists_of_dicts_without_pandas(catalogue):
+    script = ("import sys; sys.modules['pandas'] = None; import caudalis; "
+              f"r = caudalis.design({str(EXAMPLES[0])!r}, catalogue={catalogue!r}); "
+              "assert isinstance(r.outlets, list) and isinstance(r.outlets[0], dict); print(len(r.findings))")
+    subprocess.run([sys.executable, "-c", script], check=True)
+
+
+def non_white_fraction(path):
+    import matplotlib.image
+
+    pixels = matplotlib.image.imread(path)
+    assert pixels.ndim == 3
+    return (pixels[:, :, :3].sum(axis=2) < 2.9).mean(), pixels.shape
+
+
+def test_a_design_plot_is_written_to_png(catalogue, tmp_path):
+    result = caudalis.design(SOURCE_DIR / "examples" / "designs" / "realistic.json", catalogue=catalogue)
+    path = tmp_path / "design.png"
+    figure = result.plot(path)
+    assert path.read_bytes()[:8] == b"\x89PNG\r\n\x1a\n"
+    assert path.stat().st_size > 30_000
+    inked, shape = non_white_fraction(path)
+    assert shape[:2] == (1200, 900)
+    assert inked > 0.03
+    labels = [axes.get_ylabel() for axes in figure.axes]
+    assert labels == ["pressure (kPa)", "flow (l/s)", "depth per revolution (mm)", "application rate (mm/h)"]
+    distances, rates = result.application_rates()
+    assert rates[-1] > rates[0] > 0
+
+
+@pytest.mark.parametrize("readings", sorted((SOURCE_DIR / "examples" / "evaluations").glob("*.txt")),
+                         ids=lambda p: p.name)
+def test_an_evaluation_matches_the_command_line(readings, tmp_path):
+    cli = json.loads(subprocess.run([CLI, "evaluate", str(readings), "--gauge-diameter", "0.1", "--json"],
+                                    check=True, capture_output=True, text=True).stdout)
+    evaluation = caudalis.evaluate(readings, gauge_diameter=0.1)
+    assert evaluation.summary["cu_percent"] == pytest.approx(cli["cu_heermann_hein_percent"], rel=1e-12)
+    assert evaluation.summary["du_percent"] == pytest.approx(cli["du_low_quarter_percent"], rel=1e-12)
+    assert evaluation.summary["mean_depth_mm"] == pytest.approx(cli["mean_depth_mm"], rel=1e-12)
+    assert len(evaluation.flagged) == len(cli["flagged"])
+    path = tmp_path / "evaluation.png"
+    evaluation.plot(path)
+    assert path.read_bytes()[:4] == b"\x89PNG" and non_white_fraction(path)[0] > 0.01
+
+
+def test_bad_readings_name_the_line(tmp_path):
+    path = tmp_path / "r.txt"
+    path.write_text("10 5\n12,5 6\n")
+    with pytest.raises(caudalis.ReadingsError, match="line 2"):
+        caudalis.evaluate(path, gauge_diameter=0.1)
+    with pytest.raises(ValueError, match="gauge_diameter"):
+        caudalis.evaluate(path, gauge_diameter=0)

@@ -406,6 +406,16 @@ def write_record_conversions(api, ty, g):
 
 def write_records(api, ty, g):
     # Variants holding records, both ways.
+    g.append("void clearRecords(const GUID& record, void* data, ULONG count) {")
+    for name in api.records:
+        g.append(f"    if (IsEqualGUID(record, {guid_literal(guid('record', name))})) {{")
+        g.append(f"        for (ULONG i = 0; i < count; ++i) {{")
+        g.append(f"            clearCom(static_cast<::{name}*>(data)[i]);")
+        g.append("        }")
+        g.append("        return;")
+        g.append("    }")
+    g.append("}")
+    g.append("")
     g.append("bool recordToVariant(const caudalis::Variant& v, VARIANT& c) {")
     for name in api.records:
         g.append(f"    if (v.holdsRecord<caudalis::{name}>()) {{")

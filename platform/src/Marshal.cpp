@@ -181,11 +181,33 @@ void clearCom(VARIANT& c) {
     VariantClear(&c);
 }
 
+/// Arrays of records are emptied element by element with the server's own conversions before
+/// the array goes: the runtime's record clearing does not follow arrays inside records under
+/// every automation runtime (Wine's passes the field's address for the array), so it is never
+/// asked to.
 void clearCom(SAFEARRAY*& c) {
-    if (c) {
-        SafeArrayDestroy(c);
-        c = nullptr;
+    if (!c) {
+        return;
     }
+    IRecordInfo* info = nullptr;
+    if ((c->fFeatures & FADF_RECORD) && SUCCEEDED(SafeArrayGetRecordInfo(c, &info)) && info) {
+        GUID record{};
+        info->GetGuid(&record);
+        info->Release();
+        void* data = nullptr;
+        if (SUCCEEDED(SafeArrayAccessData(c, &data))) {
+            LONG lower = 0;
+            LONG upper = -1;
+            SafeArrayGetLBound(c, 1, &lower);
+            SafeArrayGetUBound(c, 1, &upper);
+            clearRecords(record, data, static_cast<ULONG>(upper - lower + 1));
+            SafeArrayUnaccessData(c);
+        }
+        SafeArraySetRecordInfo(c, nullptr);
+        c->fFeatures &= static_cast<USHORT>(~FADF_RECORD);
+    }
+    SafeArrayDestroy(c);
+    c = nullptr;
 }
 
 const VARIANT& dereferenced(const VARIANT& c) noexcept {
@@ -522,9 +544,7 @@ Arg<SAFEARRAY*>::Arg(DISPPARAMS* dp, UINT position, UINT, bool optional) {
 }
 
 Arg<SAFEARRAY*>::~Arg() {
-    if (copy_) {
-        SafeArrayDestroy(copy_);
-    }
+    clearCom(copy_);
 }
 
 HRESULT recordArgument(DISPPARAMS* dp, UINT position, IRecordInfo* expected, void** data) noexcept {

@@ -348,6 +348,9 @@ void clearCom(I*& c) {
     }
 }
 
+/// Releases what `count` records of the given type hold (generated for every record).
+void clearRecords(const GUID& record, void* data, ULONG count);
+
 /// Reads and writes records in Variants (generated for every record).
 bool recordToVariant(const caudalis::Variant& v, VARIANT& c);
 bool recordFromVariant(const VARIANT& c, caudalis::Variant& v);
@@ -412,7 +415,9 @@ void readElement(SAFEARRAY* array, LONG index, L& l) {
             VARIANT typed;
             VariantInit(&typed);
             coerce(element, ComOf<L>::vt, typed);
-            fromCom(*reinterpret_cast<const C*>(&V_I4(&typed)), l);
+            C value;
+            std::memcpy(static_cast<void*>(&value), &V_I4(&typed), sizeof(C));
+            fromCom(value, l);
             VariantClear(&typed);
         }
     } catch (...) {

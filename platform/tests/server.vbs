@@ -3,7 +3,6 @@
 '   cscript //nologo server.vbs WORKFOLDER
 ' WORKFOLDER holds catalogue.db and project.db. Every check is explicit; the script ends with
 ' "N passed, N failed" and quits with the number of failures.
-Option Explicit
 
 Dim passed, failed
 passed = 0

@@ -5,6 +5,7 @@
 // interface in the type library as described, and the registry after unregistration.
 //
 //   caudalis_com_client design CATALOGUE.db PROJECT.db REFERENCE.txt
+//   caudalis_com_client user            (after regsvr32 /n /i:user)
 //   caudalis_com_client unregistered
 
 #include <ole2.h>
@@ -719,6 +720,31 @@ void unregistered() {
     check(left == 0, "unregistration leaves no key behind");
 }
 
+/// After `regsvr32 /n /i:user` the classes, interfaces and type library are registered for the
+/// current user (HKEY_CURRENT_USER\Software\Classes), and nothing machine-wide.
+void registeredForUser() {
+    const std::wstring classes = L"Software\\Classes\\";
+    const std::wstring keys[] = {
+        L"Caudalis.Statics\\CLSID",
+        L"Caudalis.PivotWrapper\\CLSID",
+        L"CLSID\\" + guidText(CLSID_Statics) + L"\\InprocServer32",
+        L"Interface\\" + guidText(IID__Statics),
+        L"TypeLib\\" + guidText(LIBID_Caudalis) + L"\\1.0",
+    };
+    int missing = 0;
+    for (const auto& key : keys) {
+        if (!keyExists(HKEY_CURRENT_USER, classes + key, KEY_WOW64_32KEY) &&
+            !keyExists(HKEY_CURRENT_USER, classes + key, KEY_WOW64_64KEY)) {
+            ++missing;
+            std::printf("not registered for the user: %ls\n", key.c_str());
+        }
+    }
+    check(missing == 0, "per-user registration writes the classes, interfaces and type library");
+    check(!keyExists(HKEY_CLASSES_ROOT, L"Caudalis.Statics", KEY_WOW64_64KEY) &&
+              !keyExists(HKEY_LOCAL_MACHINE, L"Software\\Classes\\Caudalis.Statics", KEY_WOW64_64KEY),
+          "per-user registration writes nothing machine-wide");
+}
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
@@ -726,6 +752,8 @@ int wmain(int argc, wchar_t** argv) {
     const std::wstring mode = argc > 1 ? argv[1] : L"";
     if (mode == L"unregistered") {
         unregistered();
+    } else if (mode == L"user") {
+        registeredForUser();
     } else if (mode == L"design" && argc == 5) {
         char catalogue[MAX_PATH];
         char project[MAX_PATH];
@@ -744,7 +772,7 @@ int wmain(int argc, wchar_t** argv) {
             statics->Release();
         }
     } else {
-        std::printf("usage: caudalis_com_client design CATALOGUE PROJECT REFERENCE | unregistered\n");
+        std::printf("usage: caudalis_com_client design CATALOGUE PROJECT REFERENCE | user | unregistered\n");
         return 2;
     }
     CoUninitialize();

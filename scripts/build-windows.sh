@@ -8,7 +8,7 @@ OUT=build-windows
 export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$PWD}
 bash scripts/windows-sqlite.sh "$OUT/sqlite"
 for arch in i686 x86_64; do
-  cmake -S platform -B "$OUT/$arch" -DCMAKE_TOOLCHAIN_FILE="$PWD/platform/cmake/mingw-$arch.cmake" \
+  cmake -S platform -B "$OUT/$arch" -DCMAKE_TOOLCHAIN_FILE="$PWD/platform/cmake/mingw.cmake" -DCAUDALIS_ARCH=$arch \
     -DCAUDALIS_SQLITE_DIR="$PWD/$OUT/sqlite" -DCAUDALIS_WINE_IDL="$PWD/$OUT/wine-idl" >/dev/null
   cmake --build "$OUT/$arch" -j2
 done

@@ -14,6 +14,14 @@ export WINEPREFIX=$OUT/prefix WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES="ms
 failures=0
 
 wine_run() { timeout "$1" wine "${@:2}"; }
+# `wine C:\windows\system32\x.exe` starts the 32-bit program: the 64-bit ones need wine64.
+WINE64=/usr/lib/wine/wine64
+[ -x "$WINE64" ] || WINE64=wine
+wine_arch() {
+  local arch=$1 seconds=$2
+  shift 2
+  if [ "$arch" = x86_64 ]; then timeout "$seconds" "$WINE64" "$@"; else timeout "$seconds" wine "$@"; fi
+}
 winpath() { timeout 60 winepath -w "$1"; }
 fail() { echo "FAIL: $*"; failures=$((failures + 1)); }
 
@@ -21,7 +29,11 @@ fail() { echo "FAIL: $*"; failures=$((failures + 1)); }
 run_checks() {
   local what=$1 log
   shift
-  log=$(wine_run 900 "$@" 2>&1 | tr -d '\r') || true
+  if [ "$1" = wine_arch ]; then
+    log=$("$@" 2>&1 | tr -d '\r') || true
+  else
+    log=$(wine_run 900 "$@" 2>&1 | tr -d '\r') || true
+  fi
   echo "$log" | sed "s/^/  [$what] /"
   echo "$log" | grep -Eq '^[0-9]+ passed, 0 failed$' || fail "$what"
 }
@@ -43,10 +55,10 @@ system_dir() { [ "$1" = x86_64 ] && echo 'C:\windows\system32' || echo 'C:\windo
 for arch in x86_64 i686; do
   sys=$(system_dir $arch)
   dll=$(winpath "$OUT/$arch/Caudalis.dll")
-  wine_run 120 "$sys\\regsvr32.exe" /s "$dll" || fail "$arch: regsvr32 $dll"
+  wine_arch $arch 120 "$sys\\regsvr32.exe" /s "$dll" || fail "$arch: regsvr32 $dll"
 done
 # The first script run in a new prefix may fail every call once: warm it.
-wine_run 300 "$(system_dir x86_64)\\cscript.exe" //nologo "$(winpath "$WORK/warm.vbs")" >/dev/null 2>&1 || true
+wine_arch x86_64 300 "$(system_dir x86_64)\\cscript.exe" //nologo "$(winpath "$WORK/warm.vbs")" >/dev/null 2>&1 || true
 
 for arch in x86_64 i686; do
   sys=$(system_dir $arch)
@@ -54,7 +66,8 @@ for arch in x86_64 i686; do
   cp "$WORK/catalogue.db" "$WORK/project.db" "$WORK/$arch/"
   mkdir -p "$WORK/$arch/script"
   cp "$WORK/catalogue.db" "$WORK/project.db" "$WORK/$arch/script/"
-  run_checks "$arch cscript" "$sys\\cscript.exe" //nologo "$(winpath "$WORK/server.vbs")" "$(winpath "$WORK/$arch/script")"
+  run_checks "$arch cscript" wine_arch $arch 900 "$sys\\cscript.exe" //nologo "$(winpath "$WORK/server.vbs")" "$(winpath "$WORK/$arch/script")" \
+    "$([ $arch = x86_64 ] && echo AMD64 || echo x86)"
   run_checks "$arch client" "$OUT/$arch/caudalis_com_client.exe" design "$(winpath "$WORK/$arch/catalogue.db")" \
     "$(winpath "$WORK/$arch/project.db")" "$(winpath "$WORK/reference.txt")"
 done
@@ -62,11 +75,11 @@ done
 for arch in x86_64 i686; do
   sys=$(system_dir $arch)
   dll=$(winpath "$OUT/$arch/Caudalis.dll")
-  wine_run 120 "$sys\\regsvr32.exe" /s /u "$dll" || fail "$arch: regsvr32 /u"
+  wine_arch $arch 120 "$sys\\regsvr32.exe" /s /u "$dll" || fail "$arch: regsvr32 /u"
   # Registration for one user, without administrator rights.
-  wine_run 120 "$sys\\regsvr32.exe" /s /n /i:user "$dll" || fail "$arch: regsvr32 /n /i:user"
+  wine_arch $arch 120 "$sys\\regsvr32.exe" /s /n /i:user "$dll" || fail "$arch: regsvr32 /n /i:user"
   run_checks "$arch per-user" "$OUT/$arch/caudalis_com_client.exe" user
-  wine_run 120 "$sys\\regsvr32.exe" /s /u /n /i:user "$dll" || fail "$arch: regsvr32 /u /n /i:user"
+  wine_arch $arch 120 "$sys\\regsvr32.exe" /s /u /n /i:user "$dll" || fail "$arch: regsvr32 /u /n /i:user"
 done
 run_checks "unregistered" "$OUT/x86_64/caudalis_com_client.exe" unregistered
 

@@ -32,16 +32,8 @@ public:
         *object = nullptr;
         return E_NOINTERFACE;
     }
-    ULONG STDMETHODCALLTYPE AddRef() override {
-        return static_cast<ULONG>(InterlockedIncrement(&references_));
-    }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const LONG left = InterlockedDecrement(&references_);
-        if (left == 0) {
-            delete this;
-        }
-        return static_cast<ULONG>(left);
-    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return references_.add(); }
+    ULONG STDMETHODCALLTYPE Release() override { return references_.release(this); }
     HRESULT STDMETHODCALLTYPE Next(ULONG wanted, VARIANT* items, ULONG* fetched) override {
         ULONG given = 0;
         const HRESULT hr = guard([&] {
@@ -70,7 +62,7 @@ public:
 private:
     std::vector<caudalis::Variant> items_;
     std::size_t position_;
-    LONG references_ = 1;
+    ReferenceCount references_;
 };
 
 }  // namespace

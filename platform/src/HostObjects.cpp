@@ -1,6 +1,8 @@
 // Library-side stand-ins for objects of the host: a strategy, an applier or a comparator of the
 // host's own class, a collection of the host's runtime.
 
+#include <dispex.h>
+
 #include "CaudalisRecords.hpp"
 #include "Marshal.hpp"
 
@@ -150,11 +152,31 @@ private:
     Held<_Comparator> host_;
 };
 
-/// Reads a property or calls a method of a host object by name.
-VARIANT callByName(IDispatch* object, const wchar_t* name, WORD flags, VARIANT* arguments, UINT count) {
-    DISPID id = 0;
+/// {A6EF9860-C720-11D0-9337-00A0C90DCAA9}, which mingw-w64's uuid library does not carry.
+const IID dispatchExIid = {0xa6ef9860, 0xc720, 0x11d0, {0x93, 0x37, 0x00, 0xa0, 0xc9, 0x0d, 0xca, 0xa9}};
+
+/// The dispatch id of a member of a host object. Objects of script classes answer only
+/// IDispatchEx::GetDispID, so that is asked first.
+DISPID memberId(IDispatch* object, const wchar_t* name) {
+    DISPID id = DISPID_UNKNOWN;
+    IDispatchEx* extended = nullptr;
+    if (SUCCEEDED(object->QueryInterface(dispatchExIid, reinterpret_cast<void**>(&extended)))) {
+        BSTR text = SysAllocString(name);
+        const HRESULT hr = extended->GetDispID(text, fdexNameCaseInsensitive, &id);
+        SysFreeString(text);
+        extended->Release();
+        if (SUCCEEDED(hr)) {
+            return id;
+        }
+    }
     LPOLESTR names[] = {const_cast<LPOLESTR>(name)};
     check(object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id));
+    return id;
+}
+
+/// Reads a property or calls a method of a host object by name.
+VARIANT callByName(IDispatch* object, const wchar_t* name, WORD flags, VARIANT* arguments, UINT count) {
+    const DISPID id = memberId(object, name);
     DISPPARAMS params{arguments, nullptr, count, 0};
     VARIANT result;
     VariantInit(&result);

@@ -139,6 +139,23 @@ struct ComOf<caudalis::Variant> {
 
 // ------------------------------------------------------------------------------ objects
 
+/// The reference count of a COM object that deletes itself when the last reference goes.
+class ReferenceCount {
+public:
+    ULONG add() noexcept { return static_cast<ULONG>(InterlockedIncrement(&count_)); }
+    template <class T>
+    ULONG release(T* owner) noexcept {
+        const LONG left = InterlockedDecrement(&count_);
+        if (left == 0) {
+            delete owner;
+        }
+        return static_cast<ULONG>(left);
+    }
+
+private:
+    LONG count_ = 1;
+};
+
 /// What every object of the server answers to its private interface: the library object it
 /// stands for.
 class ObjectBase {
@@ -649,16 +666,8 @@ public:
         AddRef();
         return S_OK;
     }
-    ULONG STDMETHODCALLTYPE AddRef() override {
-        return static_cast<ULONG>(InterlockedIncrement(&references_));
-    }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const LONG left = InterlockedDecrement(&references_);
-        if (left == 0) {
-            delete this;
-        }
-        return static_cast<ULONG>(left);
-    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return references_.add(); }
+    ULONG STDMETHODCALLTYPE Release() override { return references_.release(this); }
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID) override { return S_OK; }
 
     std::shared_ptr<void> target() const override { return impl_; }
@@ -681,7 +690,7 @@ protected:
 
 private:
     std::shared_ptr<Impl> impl_;
-    LONG references_ = 1;
+    ReferenceCount references_;
 };
 
 /// The second interface of a class (`PivotApplier`, `Comparator`): counts and identity are the

@@ -51,16 +51,8 @@ public:
         *object = nullptr;
         return E_NOINTERFACE;
     }
-    ULONG STDMETHODCALLTYPE AddRef() override {
-        return static_cast<ULONG>(InterlockedIncrement(&references_));
-    }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const LONG left = InterlockedDecrement(&references_);
-        if (left == 0) {
-            delete this;
-        }
-        return static_cast<ULONG>(left);
-    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return references_.add(); }
+    ULONG STDMETHODCALLTYPE Release() override { return references_.release(this); }
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID riid, void** object) override {
         *object = nullptr;
         if (outer) {
@@ -86,7 +78,7 @@ public:
 
 private:
     const ClassEntry& entry_;
-    LONG references_ = 1;
+    ReferenceCount references_;
 };
 
 /// Writes the server's keys under one root (HKEY_CLASSES_ROOT, or a user's Software\Classes).
@@ -148,6 +140,11 @@ public:
         RegDeleteTreeW(root_, (version + L"\\0\\" + platformKey()).c_str());
         if (RegDeleteKeyW(root_, (version + L"\\0").c_str()) == ERROR_SUCCESS || !exists(version + L"\\0")) {
             RegDeleteTreeW(root_, library.c_str());
+        }
+        // A user's Software\Classes may have had these folders only for this server: they go
+        // when empty (deleting a key that still has subkeys fails and leaves it).
+        for (const wchar_t* folder : {L"CLSID", L"Interface", L"TypeLib"}) {
+            RegDeleteKeyW(root_, folder);
         }
         return S_OK;
     }

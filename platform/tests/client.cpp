@@ -304,8 +304,7 @@ bool assemble(_Statics* statics, pivot& machine) {
     SafeArrayUnaccessData(spans);
     SafeArrayUnaccessData(heights);
     ok(pivots->setFixedSpans(&machine, &spans, &heights), "Pivots.setFixedSpans");
-    SafeArrayDestroy(spans);
-    SafeArrayDestroy(heights);
+    SafeArrayDestroy(heights);  // the spans stay: their records hold arrays (see below)
 
     double ring = small_machine::gunRing;
     Gun gun{};

@@ -1,6 +1,6 @@
 ' The automation server as a script host sees it. Run by cscript after Classes.vbs (the class
 ' lists made from the interface description):
-'   cscript //nologo server.vbs WORKFOLDER
+'   cscript //nologo server.vbs WORKFOLDER [AMD64|x86]
 ' WORKFOLDER holds catalogue.db and project.db. Every check is explicit; the script ends with
 ' "N passed, N failed" and quits with the number of failures.
 
@@ -34,10 +34,16 @@ Function CreateError(progid)
     Err.Clear
 End Function
 
-Dim folder, catalogue, project
+Dim folder, catalogue, project, number
 folder = WScript.Arguments(0)
 catalogue = "Provider=SQLite;Data Source=" & folder & "\catalogue.db"
 project = "Provider=SQLite;Data Source=" & folder & "\project.db"
+
+' The server of the expected architecture answers (second argument: AMD64 or x86).
+If WScript.Arguments.Count > 1 Then
+    Check CreateObject("WScript.Shell").Environment("PROCESS")("PROCESSOR_ARCHITECTURE") = WScript.Arguments(1), _
+        "the script host runs as " & WScript.Arguments(1)
+End If
 
 ' Instancing: every creatable class by its program identifier, none of the library-only ones.
 Dim name
@@ -137,6 +143,23 @@ Check Not best Is Nothing, "getBestMatch finds a sprinkler"
 Set best = S.Aspersores.getBestMatch(all, 100, 1000, 0.01)
 Check best Is Nothing, "getBestMatch gives Nothing when no sprinkler fits"
 
+' A collection of the script's own (any object with Count and Item) is read by late binding.
+Class ScriptList
+    Public First
+    Public Function Count()
+        Count = 1
+    End Function
+    Public Function Item(index)
+        Set Item = First
+    End Function
+End Class
+Dim list
+Set list = New ScriptList
+Set list.First = sprinkler
+Set best = S.Aspersores.getBestMatch(list, sprinkler.pmax, sprinkler.calculate(sprinkler.pmax), 0.05)
+Check Not best Is Nothing, "getBestMatch reads a collection of the script's own"
+If Not best Is Nothing Then Check best.nome = sprinkler.nome, "the script's collection gives its sprinkler"
+
 ' Connections over SQLite: statements, transactions, record sets.
 Dim con, rs
 Set con = CreateObject("Caudalis.Connection")
@@ -159,8 +182,23 @@ Set all = S.PipeMaterials.All(con)
 Check all.Count > 0, "PipeMaterials.All on an open Caudalis.Connection"
 con.Close
 
+' Only a Caudalis.Connection runs the operations that take an open connection.
+Class OtherConnection
+    Public Function Execute(sql)
+    End Function
+End Class
+Dim description
+On Error Resume Next
+Set all = S.PipeMaterials.All(New OtherConnection)
+number = Err.Number
+description = Err.Description
+Err.Clear
+On Error GoTo 0
+Check number = 13 And InStr(description, "Caudalis.Connection") > 0, _
+    "a connection of another kind is refused with error 13 naming Caudalis.Connection (" & number & ": " & description & ")"
+
 ' A library error: storing a second chart under a taken name.
-Dim chart, charts, number, source
+Dim chart, charts, source
 Set charts = S.CartaAspersor
 Set chart = S.newCartaAspersores
 chart.setNome "Script chart"

@@ -367,10 +367,7 @@ def write_record_header(api, ty, out):
          "",
          "IRecordInfo* recordInfoOf(const GUID& record);"]
     for name in api.records:
-        g.append(f"template <> struct ComOf<caudalis::{name}> {{")
-        g.append(f"    using type = ::{name};")
-        g.append("    static constexpr VARTYPE vt = VT_RECORD;")
-        g.append("};")
+        g.append(f"template <> struct ComOf<caudalis::{name}> : ComType<::{name}, VT_RECORD> {{}};")
         g.append(f"template <> inline IRecordInfo* RecordTraits<::{name}>::info() {{")
         g.append(f"    static const GUID id = {guid_literal(guid('record', name))};")
         g.append("    return recordInfoOf(id);")

@@ -106,36 +106,23 @@ struct RecordTraits {
 /// The element type of a SAFEARRAY holding library values of type L, and its VARTYPE.
 template <class L>
 struct ComOf;
-template <>
-struct ComOf<double> {
-    using type = double;
-    static constexpr VARTYPE vt = VT_R8;
+template <class C, VARTYPE V>
+struct ComType {
+    using type = C;
+    static constexpr VARTYPE vt = V;
 };
 template <>
-struct ComOf<std::int16_t> {
-    using type = short;
-    static constexpr VARTYPE vt = VT_I2;
-};
+struct ComOf<double> : ComType<double, VT_R8> {};
 template <>
-struct ComOf<std::int32_t> {
-    using type = long;
-    static constexpr VARTYPE vt = VT_I4;
-};
+struct ComOf<std::int16_t> : ComType<short, VT_I2> {};
 template <>
-struct ComOf<bool> {
-    using type = VARIANT_BOOL;
-    static constexpr VARTYPE vt = VT_BOOL;
-};
+struct ComOf<std::int32_t> : ComType<long, VT_I4> {};
 template <>
-struct ComOf<std::string> {
-    using type = BSTR;
-    static constexpr VARTYPE vt = VT_BSTR;
-};
+struct ComOf<bool> : ComType<VARIANT_BOOL, VT_BOOL> {};
 template <>
-struct ComOf<caudalis::Variant> {
-    using type = VARIANT;
-    static constexpr VARTYPE vt = VT_VARIANT;
-};
+struct ComOf<std::string> : ComType<BSTR, VT_BSTR> {};
+template <>
+struct ComOf<caudalis::Variant> : ComType<VARIANT, VT_VARIANT> {};
 
 // ------------------------------------------------------------------------------ objects
 

@@ -249,6 +249,15 @@ VARIANT longVariant(long value) {
     return v;
 }
 
+/// A text argument; the Variant owns its text (left to the process end in these checks).
+VARIANT textVariant(const std::wstring& text) {
+    VARIANT v;
+    VariantInit(&v);
+    V_VT(&v) = VT_BSTR;
+    V_BSTR(&v) = SysAllocString(text.c_str());
+    return v;
+}
+
 VARIANT objectVariant(IUnknown* object) {
     VARIANT v;
     VariantInit(&v);
@@ -509,6 +518,38 @@ void design(_Statics* statics, const char* catalogue, const char* project, const
        "Invoke setAvaillableAspersores");
     ok(invoke(lateWrapper, L"calculate", {}, &nothing), "Invoke calculate");
     compareWithReference(outletFiguresByName(lateWrapper), reference, "IDispatch::Invoke");
+
+    // The chart of the late-bound design, saved and found again through Invoke only.
+    VARIANT lateChart;
+    VARIANT lateCharts;
+    ok(invoke(lateWrapper, L"extractCarta", {}, &lateChart), "Invoke extractCarta");
+    ok(invoke(staticsByName.p, L"CartaAspersor", {}, &lateCharts), "Invoke CartaAspersor");
+    ok(invoke(V_DISPATCH(&lateChart), L"setNome", {textVariant(L"Late chart")}, &nothing), "Invoke setNome");
+    ok(invoke(V_DISPATCH(&lateCharts), L"saveAsNew",
+              {textVariant(L"Provider=SQLite;Data Source=" + widen(project)), longVariant(system),
+               objectVariant(V_DISPATCH(&lateChart))},
+              &nothing),
+       "Invoke saveAsNew");
+    VARIANT lateId;
+    ok(invoke(V_DISPATCH(&lateChart), L"id", {}, &lateId, nullptr, DISPATCH_PROPERTYGET), "Invoke id");
+    VARIANT lateFound;
+    VARIANT lateName;
+    VariantInit(&lateName);
+    if (ok(invoke(V_DISPATCH(&lateCharts), L"find",
+                  {textVariant(L"Provider=SQLite;Data Source=" + widen(project)),
+                   textVariant(widen(catalogue)), lateId},
+                  &lateFound),
+           "Invoke find") &&
+        V_VT(&lateFound) == VT_DISPATCH) {
+        invoke(V_DISPATCH(&lateFound), L"getNome", {}, &lateName);
+        VariantClear(&lateFound);
+    }
+    check(V_VT(&lateId) == VT_I4 && V_I4(&lateId) > id && V_VT(&lateName) == VT_BSTR &&
+              std::wstring(V_BSTR(&lateName)) == L"Late chart",
+          "a chart saved and found through Invoke keeps its name and gets a new id");
+    VariantClear(&lateName);
+    VariantClear(&lateChart);
+    VariantClear(&lateCharts);
 
     // Written back through Invoke: update(toUpdate) into a VT_RECORD argument.
     pivot target{};

@@ -31,7 +31,7 @@ repairs_for() {
   grep -o '[A-Za-z0-9.+-]*:i386' | sed 's/:i386$//' | sort -u | while read -r name; do
     cand=$(i386_candidate "$name")
     inst=$(amd64_installed "$name")
-    [ -n "$cand" ] && [ "$cand" != "(none)" ] || continue
+    if [ -z "$cand" ] || [ "$cand" = "(none)" ]; then continue; fi
     if [ -n "$inst" ] && [ "$inst" != "$cand" ]; then
       echo "$name:amd64=$cand" "$name:i386=$cand"
     else

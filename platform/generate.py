@@ -5,8 +5,10 @@
 
 writes into OUTDIR:
   Caudalis.idl         the type library (widl turns it into the .tlb and the C/C++ header)
-  CaudalisGlue.cpp     one COM class per automation class: vtable methods that convert and call
-                       the library, IDispatch::Invoke over the same methods, the class table
+  CaudalisRecords.hpp  the records' conversion declarations and type traits
+  CaudalisGlue.cpp     the records' conversions; one COM class per automation class: vtable
+                       methods that convert and call the library, IDispatch::Invoke over the
+                       same methods; the class and interface tables
   InterfaceTable.inc   every interface member in order with its dispatch id, for the tests
   Classes.vbs          the creatable and the library-only program identifiers, for the tests
 """

@@ -1,0 +1,236 @@
+' The automation server as a script host sees it. Run by cscript after Classes.vbs (the class
+' lists made from the interface description):
+'   cscript //nologo server.vbs WORKFOLDER [AMD64|x86]
+' WORKFOLDER holds catalogue.db and project.db. Every check is explicit; the script ends with
+' "N passed, N failed" and quits with the number of failures.
+
+Dim passed, failed
+passed = 0
+failed = 0
+
+Sub Check(ok, what)
+    If ok Then
+        passed = passed + 1
+    Else
+        failed = failed + 1
+        WScript.Echo "FAIL: " & what
+    End If
+End Sub
+
+Function Creates(progid)
+    Dim o
+    On Error Resume Next
+    Set o = CreateObject(progid)
+    Creates = (Err.Number = 0)
+    If Err.Number = 0 Then Creates = IsObject(o)
+    Err.Clear
+End Function
+
+Function CreateError(progid)
+    Dim o
+    On Error Resume Next
+    Set o = CreateObject(progid)
+    CreateError = Err.Number
+    Err.Clear
+End Function
+
+Dim folder, catalogue, project, number
+folder = WScript.Arguments(0)
+catalogue = "Provider=SQLite;Data Source=" & folder & "\catalogue.db"
+project = "Provider=SQLite;Data Source=" & folder & "\project.db"
+
+' The server of the expected architecture answers (second argument: AMD64 or x86).
+If WScript.Arguments.Count > 1 Then
+    Check CreateObject("WScript.Shell").Environment("PROCESS")("PROCESSOR_ARCHITECTURE") = WScript.Arguments(1), _
+        "the script host runs as " & WScript.Arguments(1)
+End If
+
+' Instancing: every creatable class by its program identifier, none of the library-only ones.
+Dim name
+For Each name In Split(CreatableClasses)
+    Check Creates("Caudalis." & name), "CreateObject(""Caudalis." & name & """)"
+Next
+For Each name In Split(LibraryOnlyClasses)
+    Check CreateError("Caudalis." & name) = 429, "Caudalis." & name & " cannot be created by name"
+Next
+
+' The Statics edge cases.
+Dim S, S2
+Set S = CreateObject("Caudalis.Statics")
+Set S2 = CreateObject("Caudalis.Statics")
+Check S.Tramos Is S.Tramos, "Statics.Tramos is the same object every time"
+Check S.Doubles Is S.Doubles, "Statics.Doubles is the same object every time"
+Check S.Tramos Is S2.Tramos, "the shared Tramos is library-wide"
+Check Not (S.newCartaAspersores Is S.newCartaAspersores), "newCartaAspersores makes a new chart every time"
+Check Not (S.Gun Is S.Placements) And Not (S.Placements Is S.Saidas) And Not (S.Gun Is S.Saidas), _
+    "Gun, Placements and Saidas are three objects"
+Check InStr(TypeName(S.Gun), "Types") > 0 And InStr(TypeName(S.Saidas), "Types") > 0, "Gun and Saidas are Types (" & TypeName(S.Gun) & ")"
+Check S.Aspersores Is S.Aspersores, "one Statics keeps its Aspersores"
+Check Not (S.Aspersores Is S2.Aspersores), "two Statics have two Aspersores"
+Check S.CartaAspersor Is S.CartaAspersor, "one Statics keeps its CartaAspersor"
+
+' Numbers.
+Dim D
+Set D = S.Doubles
+Check D.isNaN(D.NaN), "Doubles.isNaN(Doubles.NaN)"
+Check Not D.isNaN(1.5), "1.5 is a number"
+Check D.Max(1, 2) = 2 And D.Min(1, 2) = 1, "Doubles.Max and Min"
+Check D.MaxValue > 1E+308, "Doubles.MaxValue"
+
+' Arrays of the script's own, written back.
+Dim A, values, sliced
+Set A = S.Arrays
+values = Array(10, 20)
+Check A.Length(values) = 2, "Arrays.Length of a two-element array"
+A.Push values, 30
+Check IsArray(values), "Push writes the array back"
+If IsArray(values) Then
+    Check UBound(values) - LBound(values) = 2 And values(UBound(values)) = 30, "Push appends 30"
+    Check A.Last(values) = 30 And A.First(values) = 10, "Arrays.First and Last"
+    sliced = A.Slice(values, 2, 3)
+    Check IsArray(sliced), "Slice gives an array"
+    If IsArray(sliced) Then Check UBound(sliced) = 2 And sliced(1) = 20, "Slice(2, 3) starts with 20"
+End If
+Check A.IsEmpty(Empty) And Not A.HasAny(Empty), "an unallocated array is empty"
+
+' Outlet addresses.
+Check S.CoordenadasSaidas Is S.CoordenadasSaidas, "CoordenadasSaidas is shared"
+
+' A regulator made by Statics, read through its properties.
+Dim R
+Set R = S.newReguladorPression(2, 140, 1.2, 0.2, True)
+Check R.pression = 140 And R.tramo = 2 And R.installed And R.maximum_caudal = 1.2 And R.minimum_caudal = 0.2, _
+    "ReguladorPression properties"
+
+' A statement builder.
+Dim T
+Set T = CreateObject("Caudalis.TableSchema")
+T.init "tb_test", Array("a", "b"), "id"
+Check T.countSQL() = "SELECT Count(id) as result FROM tb_test", "countSQL without a condition (" & T.countSQL() & ")"
+Check InStr(T.countSQL("a = 1"), " WHERE a = 1") > 0, "countSQL with a condition"
+Check InStr(T.insertSQL(Array(1, 2)), "INSERT INTO tb_test") = 1, "insertSQL"
+Check InStr(T.deleteSQL(5), "DELETE FROM tb_test WHERE id = 5") = 1, "deleteSQL with an id (" & T.deleteSQL(5) & ")"
+
+' A collection of the server's, walked with For Each.
+Dim C, item, total, count
+Set C = CreateObject("Caudalis.Collection")
+C.Add 1
+C.Add 2, "two"
+C.Add 3
+Check C.Count = 3, "Collection.Count"
+Check C.Item("two") = 2 And C(3) = 3, "Collection.Item by key and by index"
+total = 0
+For Each item In C
+    total = total + item
+Next
+Check total = 6, "For Each walks the collection"
+C.Remove "two"
+Check C.Count = 2, "Collection.Remove by key"
+
+' The catalogue database: a collection of sprinklers, walked with For Each.
+Dim all, sprinkler
+Set all = S.Aspersores.find(catalogue)
+count = 0
+For Each sprinkler In all
+    If sprinkler.pmax > 0 And Len(sprinkler.nome) > 0 Then count = count + 1
+Next
+Check count = all.Count And count > 0, "For Each over the catalogue's " & all.Count & " sprinklers"
+Set sprinkler = all(1)
+Check sprinkler.flowWithin(sprinkler.pmax, sprinkler.calculate(sprinkler.pmax), 0.01), "Aspersor.calculate and flowWithin"
+Dim best
+Set best = S.Aspersores.getBestMatch(all, sprinkler.pmax, sprinkler.calculate(sprinkler.pmax), 0.05)
+Check Not best Is Nothing, "getBestMatch finds a sprinkler"
+Set best = S.Aspersores.getBestMatch(all, 100, 1000, 0.01)
+Check best Is Nothing, "getBestMatch gives Nothing when no sprinkler fits"
+
+' A collection of the script's own (any object with Count and Item) is read by late binding.
+Class ScriptList
+    Public First
+    Public Function Count()
+        Count = 1
+    End Function
+    Public Function Item(index)
+        Set Item = First
+    End Function
+End Class
+Dim list
+Set list = New ScriptList
+Set list.First = sprinkler
+Set best = S.Aspersores.getBestMatch(list, sprinkler.pmax, sprinkler.calculate(sprinkler.pmax), 0.05)
+Check Not best Is Nothing, "getBestMatch reads a collection of the script's own"
+If Not best Is Nothing Then Check best.nome = sprinkler.nome, "the script's collection gives its sprinkler"
+
+' Connections over SQLite: statements, transactions, record sets.
+Dim con, rs
+Set con = CreateObject("Caudalis.Connection")
+con.Open project
+con.BeginTrans
+con.Execute "CREATE TABLE script_check (id INTEGER PRIMARY KEY, name TEXT)"
+con.Execute "INSERT INTO script_check (name) VALUES ('kept')"
+con.CommitTrans
+con.BeginTrans
+con.Execute "INSERT INTO script_check (name) VALUES ('dropped')"
+con.RollbackTrans
+Set rs = con.Execute("SELECT name FROM script_check")
+count = 0
+Do While Not rs.EOF
+    If rs.Fields("name").Value = "kept" Then count = count + 1
+    rs.MoveNext
+Loop
+Check count = 1, "a committed row is read back and a rolled-back one is not"
+Set all = S.PipeMaterials.All(con)
+Check all.Count > 0, "PipeMaterials.All on an open Caudalis.Connection"
+con.Close
+
+' Only a Caudalis.Connection runs the operations that take an open connection.
+Class OtherConnection
+    Public Function Execute(sql)
+    End Function
+End Class
+Dim description
+On Error Resume Next
+Set all = S.PipeMaterials.All(New OtherConnection)
+number = Err.Number
+description = Err.Description
+Err.Clear
+On Error GoTo 0
+Check number = 13 And InStr(description, "Caudalis.Connection") > 0, _
+    "a connection of another kind is refused with error 13 naming Caudalis.Connection (" & number & ": " & description & ")"
+
+' A library error: storing a second chart under a taken name.
+Dim chart, charts, source
+Set charts = S.CartaAspersor
+Set chart = S.newCartaAspersores
+chart.setNome "Script chart"
+charts.saveAsNew project, 3, chart
+Check chart.id > 0, "saveAsNew sets the chart's id"
+Check charts.AnyFor(project, 3), "AnyFor finds the system's chart"
+Set chart = S.newCartaAspersores
+chart.setNome "Script chart"
+On Error Resume Next
+charts.saveAsNew project, 3, chart
+number = Err.Number
+source = Err.Source
+Err.Clear
+On Error GoTo 0
+Check number = -2147220504, "a taken chart name raises vbObjectError + 1000 (" & number & ")"
+Check source = "Caudalis", "the library error's source is Caudalis (" & source & ")"
+
+' Runtime errors keep their numbers: 9 for a missing index, 13 for a text that is no address.
+On Error Resume Next
+item = C(7)
+number = Err.Number
+source = Err.Source
+Err.Clear
+Dim parsed
+parsed = S.CoordenadasSaidas.Parse("left-right")
+Dim mismatch
+mismatch = Err.Number
+Err.Clear
+On Error GoTo 0
+Check number = 9, "Collection.Item(7) raises error 9 (" & number & ")"
+Check source = "Caudalis", "the runtime error's source is Caudalis (" & source & ")"
+Check mismatch = 13, "parsing a text that is no outlet address raises error 13 (" & mismatch & ")"
+
+WScript.Echo passed & " passed, " & failed & " failed"
+WScript.Quit failed

@@ -5,6 +5,7 @@
 
 #include "JsonValue.hpp"
 #include "caudalis/design/CatchCanStatistics.hpp"
+#include "caudalis/design/EvaluationPrintout.hpp"
 
 namespace caudalis::cli {
 
@@ -15,29 +16,7 @@ using design::CatchCanStatistics;
 using design::ExclusionReason;
 using design::FieldReading;
 
-/// The label of each named figure in the text report, with its number format.
-struct FigureLabel {
-    const char* name;
-    const char* label;
-    const char* format;
-};
-
-const std::vector<FigureLabel>& figureLabels() {
-    static const std::vector<FigureLabel> labels{
-        {"collectors", "Collectors", "{:.0f}"},
-        {"mean_depth_mm", "Mean depth (mm)", "{:.2f}"},
-        {"low_quarter_mean_mm", "Low-quarter mean depth (mm)", "{:.2f}"},
-        {"cu_hh_percent", "CU Heermann-Hein (%)", "{:.1f}"},
-        {"du_lq_percent", "DU low quarter (%)", "{:.1f}"},
-        {"scheduling_coefficient", "Scheduling coefficient", "{:.2f}"},
-        {"cu_moving_average_percent", "CU 3-collector average (%)", "{:.1f}"},
-    };
-    return labels;
-}
-
-std::string figureText(const std::optional<double>& value, const char* format) {
-    return value ? fmt::format(fmt::runtime(format), *value) : std::string("n/a");
-}
+using design::EvaluationPrintout;
 
 void line(std::ostream& out, const std::string& label, const std::string& value) {
     fmt::print(out, "  {:<32}{}\n", label, value);
@@ -150,12 +129,12 @@ void EvaluationReport::writeFigures(std::ostream& out, const design::FieldEvalua
         fmt::print(out, "{:>13}", column.first);
     }
     fmt::print(out, "\n");
-    for (const auto& label : figureLabels()) {
+    for (const auto& label : EvaluationPrintout::figureLabels()) {
         fmt::print(out, "  {:<32}", label.label);
         for (const auto& column : columns) {
             for (const auto& [name, value] : CatchCanStatistics::named(*column.second)) {
                 if (name == label.name) {
-                    fmt::print(out, "{:>13}", figureText(value, label.format));
+                    fmt::print(out, "{:>13}", EvaluationPrintout::figureText(value, label.decimals));
                 }
             }
         }
@@ -280,13 +259,23 @@ nlohmann::json EvaluationReport::toJson(const EvaluationOutcome& outcome) {
                                : nlohmann::json(nullptr)}};
 }
 
+design::ReportDocument EvaluationReport::document(const EvaluationOutcome& outcome) {
+    design::EvaluationPrintoutInput input{outcome.name, outcome.readings, outcome.result, std::nullopt};
+    if (outcome.design && outcome.comparison) {
+        const auto& design = *outcome.design;
+        input.designed = design::DesignedBeside{design.designPath, design.timerPercent, design.wettedDiameterFrom,
+                                                design.machine, *outcome.comparison};
+    }
+    return design::EvaluationPrintout::document(input);
+}
+
 void EvaluationReport::writeList(std::ostream& out,
                                  const std::vector<design::StoredEvaluationSummary>& evaluations) {
     fmt::print(out, "{:>6}  {:<32}{:>8}{:>8}\n", "id", "name", "CU %", "DU %");
     for (const auto& evaluation : evaluations) {
         fmt::print(out, "{:>6}  {:<32}{:>8}{:>8}\n", evaluation.id, evaluation.name,
-                   figureText(evaluation.cuHeermannHein, "{:.1f}"),
-                   figureText(evaluation.duLowQuarter, "{:.1f}"));
+                   EvaluationPrintout::figureText(evaluation.cuHeermannHein, 1),
+                   EvaluationPrintout::figureText(evaluation.duLowQuarter, 1));
     }
 }
 

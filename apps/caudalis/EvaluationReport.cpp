@@ -6,6 +6,7 @@
 #include "JsonValue.hpp"
 #include "caudalis/design/CatchCanStatistics.hpp"
 #include "caudalis/design/EvaluationPrintout.hpp"
+#include "caudalis/design/PlainTextReport.hpp"
 
 namespace caudalis::cli {
 
@@ -28,18 +29,6 @@ std::string where(const FieldReading& reading) {
 
 std::string collectorName(const FieldReading& reading) {
     return reading.collector.empty() ? std::string() : " collector " + reading.collector;
-}
-
-std::string reasonText(const design::ExcludedReading& excluded) {
-    switch (excluded.reason) {
-        case ExclusionReason::CrewFlag:
-            return "struck out by the crew (" + excluded.reading.crewExclusion + ")";
-        case ExclusionReason::InsideRadius:
-            return "inside the inner radius";
-        case ExclusionReason::Invalid:
-            break;
-    }
-    return "not a valid reading";
 }
 
 const char* reasonName(ExclusionReason reason) {
@@ -113,40 +102,15 @@ nlohmann::json comparisonJson(const DesignReference& design, const design::Desig
 }  // namespace
 
 void EvaluationReport::writeFigures(std::ostream& out, const design::FieldEvaluationResult& result) {
-    std::vector<std::pair<std::string, const CatchCanFigures*>> columns;
-    for (const auto& lineFigures : result.lines) {
-        columns.emplace_back("Line " + lineFigures.name, &lineFigures.figures);
-    }
-    if (result.lines.size() > 1) {
-        columns.emplace_back("Lines' mean", &result.lineAverage);
-        columns.emplace_back("Together", &result.together);
-    }
-    if (result.endGunZone) {
-        columns.emplace_back("End gun", &*result.endGunZone);
-    }
-    fmt::print(out, "  {:<32}", "Figures (distance-weighted)");
-    for (const auto& column : columns) {
-        fmt::print(out, "{:>13}", column.first);
-    }
-    fmt::print(out, "\n");
-    for (const auto& label : EvaluationPrintout::figureLabels()) {
-        fmt::print(out, "  {:<32}", label.label);
-        for (const auto& column : columns) {
-            for (const auto& [name, value] : CatchCanStatistics::named(*column.second)) {
-                if (name == label.name) {
-                    fmt::print(out, "{:>13}", EvaluationPrintout::figureText(value, label.decimals));
-                }
-            }
-        }
-        fmt::print(out, "\n");
-    }
+    out << design::PlainTextReport::table(EvaluationPrintout::figuresTable(result));
 }
 
 void EvaluationReport::writeReadingNotes(std::ostream& out, const design::FieldEvaluationResult& result) {
     for (const auto& excluded : result.excluded) {
         fmt::print(out, "  left out: line {}{} {:g} at {:g} m, {} ({})\n", excluded.reading.line,
                    collectorName(excluded.reading), excluded.reading.sample.collectedAmount,
-                   excluded.reading.sample.distanceFromCenter, reasonText(excluded), where(excluded.reading));
+                   excluded.reading.sample.distanceFromCenter, EvaluationPrintout::reasonText(excluded),
+                   where(excluded.reading));
     }
     fmt::print(out, "Collectors more than {:g} % off the mean: {}\n", result.settings.outlierPercent,
                result.outliers.size());
@@ -263,8 +227,9 @@ design::ReportDocument EvaluationReport::document(const EvaluationOutcome& outco
     design::EvaluationPrintoutInput input{outcome.name, outcome.readings, outcome.result, std::nullopt};
     if (outcome.design && outcome.comparison) {
         const auto& design = *outcome.design;
-        input.designed = design::DesignedBeside{design.designPath, design.timerPercent, design.wettedDiameterFrom,
-                                                design.machine, *outcome.comparison};
+        input.designed =
+            design::DesignedBeside{design.designPath, design.timerPercent, design.wettedDiameterFrom,
+                                   design.machine, *outcome.comparison};
     }
     return design::EvaluationPrintout::document(input);
 }

@@ -222,17 +222,17 @@ ReportSection DesignPrintout::outlets(const DesignResult& result, const UnitText
         const auto& row = result.outlets[i];
         const auto& o = row.outlet;
         const bool gun = row.place == OutletPlace::EndGun;
-        table.rows.push_back({outletLabel(row), text.number(Quantity::Length, o.distanciaAoPivot),
-                              gun ? "-" : text.number(Quantity::Length, o.cota),
-                              text.number(Quantity::Pressure, result.analysis.pipePressuresKpa[i]),
-                              text.number(Quantity::Pressure, o.pressao_real),
-                              text.number(Quantity::Pressure, o.pressao_actuante),
-                              text.number(Quantity::Flow, o.caudal, 1),
-                              text.number(Quantity::Flow, o.caudal_do_aspersor, 1),
-                              row.deviationPercent ? UnitText::fixed(*row.deviationPercent, 1) : "n/a", nozzleSizeMm(o),
-                              nozzleSize128(o), modelOf(o), nozzleOf(o), dropHeight(result, row, text),
-                              hoseText(result, row, text), regulatorText(result, row, text),
-                              text.number(Quantity::Depth, row.depthMm), o.over_pressure ? "yes" : ""});
+        table.rows.push_back(
+            {outletLabel(row), text.number(Quantity::Length, o.distanciaAoPivot),
+             gun ? "-" : text.number(Quantity::Length, o.cota),
+             text.number(Quantity::Pressure, result.analysis.pipePressuresKpa[i]),
+             text.number(Quantity::Pressure, o.pressao_real),
+             text.number(Quantity::Pressure, o.pressao_actuante), text.number(Quantity::Flow, o.caudal, 1),
+             text.number(Quantity::Flow, o.caudal_do_aspersor, 1),
+             row.deviationPercent ? UnitText::fixed(*row.deviationPercent, 1) : "n/a", nozzleSizeMm(o),
+             nozzleSize128(o), modelOf(o), nozzleOf(o), dropHeight(result, row, text),
+             hoseText(result, row, text), regulatorText(result, row, text),
+             text.number(Quantity::Depth, row.depthMm), o.over_pressure ? "yes" : ""});
     }
     return ReportSection{"Outlets", {table}};
 }
@@ -246,8 +246,9 @@ ReportSection DesignPrintout::timer(const DesignResult& result, const UnitText& 
     if (speeds.tempoH100 > 0) {
         for (Long i = 1; i <= 10; ++i) {
             const auto& row = speeds.velocidades(i);
-            table.rows.push_back({UnitText::fixed(row.percentagem, 0), UnitText::fixed(row.tempoDeUmaVolta, 1),
-                                  text.speed(row.velocidadeLinear), text.depth(row.dotacao)});
+            table.rows.push_back({UnitText::fixed(row.percentagem, 0),
+                                  UnitText::fixed(row.tempoDeUmaVolta, 1), text.speed(row.velocidadeLinear),
+                                  text.depth(row.dotacao)});
         }
     }
     return ReportSection{

@@ -16,14 +16,28 @@ const UnitText& si() {
     return text;
 }
 
-std::string metres(double value) { return si().number(Quantity::Length, value); }
+std::string metres(double value) {
+    return si().number(Quantity::Length, value);
+}
 
-std::string millimetres(double value) { return si().number(Quantity::Depth, value, 1); }
+std::string millimetres(double value) {
+    return si().number(Quantity::Depth, value, 1);
+}
 
-std::string percent(double value) { return UnitText::fixed(value, 1); }
+std::string percent(double value) {
+    return UnitText::fixed(value, 1);
+}
 
 ReportTable pairs(std::vector<std::vector<std::string>> rows) {
     return ReportTable{"", {}, std::move(rows), {}};
+}
+
+/// A section holding the table, or the sentence `none` when the table has no rows.
+ReportSection tableOrNone(std::string heading, ReportTable table, std::string none) {
+    if (table.rows.empty()) {
+        return ReportSection{std::move(heading), {ReportParagraph{std::move(none)}}};
+    }
+    return ReportSection{std::move(heading), {std::move(table)}};
 }
 
 std::string lineName(const FieldReadings& readings, int line) {
@@ -44,20 +58,9 @@ bool sameReading(const FieldReading& a, const FieldReading& b) {
 }
 
 bool isLeftOut(const FieldEvaluationResult& result, const FieldReading& reading) {
-    return std::any_of(result.excluded.begin(), result.excluded.end(),
-                       [&](const ExcludedReading& excluded) { return sameReading(excluded.reading, reading); });
-}
-
-std::string reasonText(const ExcludedReading& excluded) {
-    switch (excluded.reason) {
-        case ExclusionReason::CrewFlag:
-            return "struck out by the crew (" + excluded.reading.crewExclusion + ")";
-        case ExclusionReason::InsideRadius:
-            return "inside the inner radius";
-        case ExclusionReason::Invalid:
-            break;
-    }
-    return "not a valid reading";
+    return std::any_of(result.excluded.begin(), result.excluded.end(), [&](const ExcludedReading& excluded) {
+        return sameReading(excluded.reading, reading);
+    });
 }
 
 /// The collectors of each line that count or stand in the end-gun zone, and those left out
@@ -125,7 +128,8 @@ double machineEndM(const DesignedMachine& machine) {
     return end;
 }
 
-std::vector<std::pair<std::string, const CatchCanFigures*>> figureColumns(const FieldEvaluationResult& result) {
+std::vector<std::pair<std::string, const CatchCanFigures*>> figureColumns(
+    const FieldEvaluationResult& result) {
     std::vector<std::pair<std::string, const CatchCanFigures*>> columns;
     for (const auto& line : result.lines) {
         columns.emplace_back("line " + line.name, &line.figures);
@@ -189,6 +193,18 @@ const std::vector<CatchCanFigureLabel>& EvaluationPrintout::figureLabels() {
     return labels;
 }
 
+std::string EvaluationPrintout::reasonText(const ExcludedReading& excluded) {
+    switch (excluded.reason) {
+        case ExclusionReason::CrewFlag:
+            return "struck out by the crew (" + excluded.reading.crewExclusion + ")";
+        case ExclusionReason::InsideRadius:
+            return "inside the inner radius";
+        case ExclusionReason::Invalid:
+            break;
+    }
+    return "not a valid reading";
+}
+
 std::string EvaluationPrintout::figureText(const std::optional<double>& value, int decimals) {
     return value ? UnitText::fixed(*value, decimals) : std::string("n/a");
 }
@@ -241,16 +257,15 @@ ReportSection EvaluationPrintout::depthPlot(const EvaluationPrintoutInput& input
                                      level(*result.together.meanDepthMm, range), SeriesStyle::DashedLine,
                                      "#000000"));
         if (result.together.lowQuarterMeanMm) {
-            plot.series.push_back(series("low quarter: mean " + millimetres(*result.together.lowQuarterMeanMm) +
-                                             " mm up to the mean",
-                                         level(*result.together.lowQuarterMeanMm, range), SeriesStyle::Band,
-                                         "#ff7f0e"));
+            plot.series.push_back(series(
+                "low quarter: mean " + millimetres(*result.together.lowQuarterMeanMm) + " mm up to the mean",
+                level(*result.together.lowQuarterMeanMm, range), SeriesStyle::Band, "#ff7f0e"));
         }
     }
     return ReportSection{"Depth along the radius", {plot}};
 }
 
-ReportSection EvaluationPrintout::figures(const FieldEvaluationResult& result) {
+ReportTable EvaluationPrintout::figuresTable(const FieldEvaluationResult& result) {
     const auto columns = figureColumns(result);
     ReportTable table{"Figures (distance-weighted)", {"figure"}, {}, {false}};
     for (const auto& column : columns) {
@@ -264,13 +279,18 @@ ReportSection EvaluationPrintout::figures(const FieldEvaluationResult& result) {
         }
         table.rows.push_back(std::move(row));
     }
-    ReportSection section{"Figures", {table}};
+    return table;
+}
+
+ReportSection EvaluationPrintout::figures(const FieldEvaluationResult& result) {
+    ReportSection section{"Figures", {figuresTable(result)}};
     const auto& settings = result.settings;
     if (settings.expectedDepthMm) {
-        section.blocks.push_back(pairs({{"Expected depth (mm)", millimetres(*settings.expectedDepthMm)},
-                                        {"Mean depth / expected (%)",
-                                         result.appliedPercentOfExpected ? percent(*result.appliedPercentOfExpected)
-                                                                         : std::string("n/a")}}));
+        section.blocks.push_back(
+            pairs({{"Expected depth (mm)", millimetres(*settings.expectedDepthMm)},
+                   {"Mean depth / expected (%)", result.appliedPercentOfExpected
+                                                     ? percent(*result.appliedPercentOfExpected)
+                                                     : std::string("n/a")}}));
     }
     return section;
 }
@@ -280,23 +300,16 @@ ReportSection EvaluationPrintout::leftOut(const FieldEvaluationResult& result) {
     table.numericColumns = {false, false, true, true, false, false};
     for (const auto& excluded : result.excluded) {
         const auto& reading = excluded.reading;
-        table.rows.push_back({std::to_string(reading.line), collectorLabel(reading),
-                              metres(reading.sample.distanceFromCenter),
-                              UnitText::fixed(reading.sample.collectedAmount, 2), reasonText(excluded),
-                              where(reading)});
+        table.rows.push_back(
+            {std::to_string(reading.line), collectorLabel(reading), metres(reading.sample.distanceFromCenter),
+             UnitText::fixed(reading.sample.collectedAmount, 2), reasonText(excluded), where(reading)});
     }
-    ReportSection section{"Collectors left out", {}};
-    if (table.rows.empty()) {
-        section.blocks.push_back(ReportParagraph{"None: every reading counts."});
-    } else {
-        section.blocks.push_back(table);
-    }
-    return section;
+    return tableOrNone("Collectors left out", std::move(table), "None: every reading counts.");
 }
 
 ReportSection EvaluationPrintout::outliers(const FieldEvaluationResult& result) {
-    ReportTable table{"", {"line", "collector", "distance (m)", "depth (mm)", "off the mean (%)", "read from"},
-                      {}, {}};
+    ReportTable table{
+        "", {"line", "collector", "distance (m)", "depth (mm)", "off the mean (%)", "read from"}, {}, {}};
     table.numericColumns = {false, false, true, true, true, false};
     for (const auto& outlier : result.outliers) {
         const auto& reading = outlier.reading;
@@ -305,15 +318,9 @@ ReportSection EvaluationPrintout::outliers(const FieldEvaluationResult& result) 
                               (outlier.deviationPercent > 0 ? "+" : "") + percent(outlier.deviationPercent),
                               where(reading)});
     }
-    ReportSection section{"Collectors more than " + UnitText::fixed(result.settings.outlierPercent, 0) +
-                              " % off the mean",
-                          {}};
-    if (table.rows.empty()) {
-        section.blocks.push_back(ReportParagraph{"None."});
-    } else {
-        section.blocks.push_back(table);
-    }
-    return section;
+    return tableOrNone(
+        "Collectors more than " + UnitText::fixed(result.settings.outlierPercent, 0) + " % off the mean",
+        std::move(table), "None.");
 }
 
 ReportSection EvaluationPrintout::comparison(const DesignedBeside& designed) {
@@ -321,7 +328,8 @@ ReportSection EvaluationPrintout::comparison(const DesignedBeside& designed) {
     ReportSection section{"Measured beside designed", {}};
     section.blocks.push_back(pairs({
         {"Design", designed.source},
-        {"Wetted diameter (m)", metres(comparison.wettedDiameterM) + " (" + designed.wettedDiameterFrom + ")"},
+        {"Wetted diameter (m)",
+         metres(comparison.wettedDiameterM) + " (" + designed.wettedDiameterFrom + ")"},
         {"Measured level (% of designed)", percent(100 * comparison.levelFactor)},
         {"Collector spacing (m)", metres(comparison.collectorSpacingM)},
     }));
@@ -330,14 +338,15 @@ ReportSection EvaluationPrintout::comparison(const DesignedBeside& designed) {
                       {},
                       {false, true, true, true, true}};
     for (const auto& span : comparison.spans) {
-        spans.rows.push_back({std::to_string(span.span.number), metres(span.span.fromM), metres(span.span.toM),
-                              std::to_string(span.collectors), percent(span.meanDifferencePercent)});
+        spans.rows.push_back({std::to_string(span.span.number), metres(span.span.fromM),
+                              metres(span.span.toM), std::to_string(span.collectors),
+                              percent(span.meanDifferencePercent)});
     }
     section.blocks.push_back(spans);
     if (!comparison.outletsResolved) {
-        section.blocks.push_back(ReportParagraph{
-            "Collectors " + metres(comparison.collectorSpacingM) + " m apart cannot single out outlets of a " +
-            metres(comparison.wettedDiameterM) + " m wetted diameter."});
+        section.blocks.push_back(ReportParagraph{"Collectors " + metres(comparison.collectorSpacingM) +
+                                                 " m apart cannot single out outlets of a " +
+                                                 metres(comparison.wettedDiameterM) + " m wetted diameter."});
         return section;
     }
     ReportTable outlets{"Outlets, the largest difference first",
@@ -346,13 +355,16 @@ ReportSection EvaluationPrintout::comparison(const DesignedBeside& designed) {
                         {false, true, true}};
     for (const auto& outlet : comparison.outlets) {
         const auto& o = outlet.outlet;
-        outlets.rows.push_back({o.endGun ? std::string("end gun")
-                                         : std::to_string(o.span) + "-" + std::to_string(o.number),
-                                metres(o.radiusM), percent(outlet.estimatedPercent)});
+        outlets.rows.push_back(
+            {o.endGun ? std::string("end gun") : std::to_string(o.span) + "-" + std::to_string(o.number),
+             metres(o.radiusM), percent(outlet.estimatedPercent)});
     }
     section.blocks.push_back(outlets);
-    ReportPlot differences{"Measured against designed, collector by collector", "distance from the centre (m)",
-                           "difference (%)", "", {}};
+    ReportPlot differences{"Measured against designed, collector by collector",
+                           "distance from the centre (m)",
+                           "difference (%)",
+                           "",
+                           {}};
     Points points;
     for (const auto& collector : comparison.collectors) {
         points.emplace_back(collector.reading.depth.distanceFromCenter, collector.differencePercent);
@@ -364,15 +376,17 @@ ReportSection EvaluationPrintout::comparison(const DesignedBeside& designed) {
 
 ReportSection EvaluationPrintout::collectors(const EvaluationPrintoutInput& input) {
     const bool designed = input.designed.has_value();
-    ReportTable table{"", {"line", "collector", "distance (m)", "depth (mm)"}, {}, {false, false, true, true}};
+    ReportTable table{
+        "", {"line", "collector", "distance (m)", "depth (mm)"}, {}, {false, false, true, true}};
     if (designed) {
         table.headers.insert(table.headers.end(), {"designed (mm)", "difference (%)"});
         table.numericColumns.insert(table.numericColumns.end(), {true, true});
     }
     for (const auto& reading : input.readings.readings) {
-        std::vector<std::string> row{lineName(input.readings, reading.line), collectorLabel(reading),
-                                     metres(reading.sample.distanceFromCenter),
-                                     reading.depth.p_null ? std::string("-") : millimetres(reading.depth.depth)};
+        std::vector<std::string> row{
+            lineName(input.readings, reading.line), collectorLabel(reading),
+            metres(reading.sample.distanceFromCenter),
+            reading.depth.p_null ? std::string("-") : millimetres(reading.depth.depth)};
         if (designed) {
             const auto& compared = input.designed->comparison.collectors;
             const auto match = std::find_if(compared.begin(), compared.end(),

@@ -169,6 +169,21 @@ TEST_F(HtmlReportInBrowser, PrintsToPdfOnNumberedPages) {
 
 namespace {
 
+/// Prints the page to PDF and checks that it has at least `minimumPages` numbered pages
+/// ("Page N of N" on the last) and holds every text of `expected`.
+void expectPrintedOnNumberedPages(TemporaryFolder& folder, const std::string& html, int minimumPages,
+                                  const std::vector<std::string>& expected) {
+    const auto pdf = folder.file("printed.pdf");
+    ASSERT_EQ(HeadlessChromium().printToPdf(html, pdf), 0);
+    const int pages = pdfPages(pdf);
+    ASSERT_GE(pages, minimumPages);
+    const auto text = pdfText(pdf);
+    for (const auto& fragment : expected) {
+        EXPECT_NE(text.find(fragment), std::string::npos) << fragment;
+    }
+    EXPECT_NE(text.find("Page " + std::to_string(pages) + " of " + std::to_string(pages)), std::string::npos);
+}
+
 std::string designReport(TemporaryFolder& folder) {
     using namespace caudalis::design;
     InMemoryNozzleSource source(caudalis::testing::sampleNozzles(), {{1, 12}, {2, 16}, {3, 14}, {4, 66}});
@@ -193,16 +208,9 @@ TEST(DesignReportInBrowser, DrawsThePlotsAndPrintsTheWholePrintoutOnNumberedPage
     EXPECT_GT(pixels[0].count, 5000);
     EXPECT_GT(pixels[0].lastRow - pixels[0].firstRow, 1500);
     EXPECT_GT(pixels[1].count, 2000);
-    const auto pdf = folder.file("design.pdf");
-    ASSERT_EQ(HeadlessChromium().printToPdf(html, pdf), 0);
-    const int pages = pdfPages(pdf);
-    ASSERT_GE(pages, 5);
-    const auto text = pdfText(pdf);
-    for (const char* expected : {"Verdict", "Timer settings", "Runoff", "7-19", "gun", "Outlets", "Spans",
-                                 "CU Heermann-Hein, application profile"}) {
-        EXPECT_NE(text.find(expected), std::string::npos) << expected;
-    }
-    EXPECT_NE(text.find("Page " + std::to_string(pages) + " of " + std::to_string(pages)), std::string::npos);
+    expectPrintedOnNumberedPages(folder, html, 5,
+                                 {"Verdict", "Timer settings", "Runoff", "7-19", "gun", "Outlets", "Spans",
+                                  "CU Heermann-Hein, application profile"});
 }
 
 namespace {
@@ -223,8 +231,8 @@ std::string evaluationReport(TemporaryFolder& folder) {
     input.name = "small-2025";
     input.readings = FieldReadingsCsv::read({sheet, readFile(sheet)}, 0.1);
     InMemoryNozzleSource source(caudalis::testing::sampleNozzles());
-    const auto design =
-        DesignRunner().run(DesignFile::load(caudalis::testing::sourcePath("examples/designs/small.json")), source);
+    const auto design = DesignRunner().run(
+        DesignFile::load(caudalis::testing::sourcePath("examples/designs/small.json")), source);
     DesignedBeside designed{"small.json", 100, "default", DesignedMachineProfile::of(design), {}};
     FieldEvaluationSettings settings;
     settings.innerRadiusM = 10;
@@ -255,16 +263,9 @@ TEST(EvaluationReportInBrowser, DrawsTheDepthPlotAndPrintsEveryFigureOnNumberedP
     EXPECT_GT(pixels[2].count, 500);
     EXPECT_GT(pixels[3].count, 300);
     EXPECT_LT(pixels[2].firstRow, 700) << "the designed profile is in the first plot";
-    const auto pdf = folder.file("evaluation.pdf");
-    ASSERT_EQ(HeadlessChromium().printToPdf(html, pdf), 0);
-    const int pages = pdfPages(pdf);
-    ASSERT_GE(pages, 2);
-    const auto text = pdfText(pdf);
-    for (const char* expected :
-         {"Field evaluation: small-2025", "Depth along the radius", "CU Heermann-Hein (%)", "DU low quarter (%)",
-          "Scheduling coefficient", "end-gun zone", "lines' mean", "Expected depth (mm)", "Collectors left out",
-          "tipped", "Measured beside designed", "Every collector", "W34"}) {
-        EXPECT_NE(text.find(expected), std::string::npos) << expected;
-    }
-    EXPECT_NE(text.find("Page " + std::to_string(pages) + " of " + std::to_string(pages)), std::string::npos);
+    expectPrintedOnNumberedPages(
+        folder, html, 2,
+        {"Field evaluation: small-2025", "Depth along the radius", "CU Heermann-Hein (%)",
+         "DU low quarter (%)", "Scheduling coefficient", "end-gun zone", "lines' mean", "Expected depth (mm)",
+         "Collectors left out", "tipped", "Measured beside designed", "Every collector", "W34"});
 }

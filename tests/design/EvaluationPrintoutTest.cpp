@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "CrewReadings.hpp"
 #include "caudalis/design/EvaluationPrintout.hpp"
 #include "caudalis/design/FieldEvaluator.hpp"
 #include "caudalis/design/FieldReadingsCsv.hpp"
@@ -12,29 +13,12 @@ using namespace caudalis::design;
 
 namespace {
 
-// Line a: 8, 10, 12, 14 mm at 10 .. 40 m and 20 mm in the end-gun zone; line b: 12 mm
-// everywhere and 10 mm in the end-gun zone; a collector inside 5 m, one struck out by the crew
-// and one invalid.
-const char* const twoLines =
-    "line,collector,distance_m,depth_mm,flag\n"
-    "a,1,4,30,\n"
-    "a,2,10,8,\n"
-    "a,3,20,10,\n"
-    "a,4,30,12,\n"
-    "a,5,40,14,\n"
-    "a,6,50,20,\n"
-    "b,1,40,12,\n"
-    "b,2,30,12,\n"
-    "b,3,20,12,\n"
-    "b,4,10,12,\n"
-    "b,5,35,2,tipped\n"
-    "b,6,25,-1,\n"
-    "b,7,55,10,\n";
+using caudalis::testing::twoCrewLines;
 
 EvaluationPrintoutInput evaluated(std::optional<double> expectedDepthMm = std::nullopt) {
     EvaluationPrintoutInput input;
     input.name = "North <pivot>";
-    input.readings = FieldReadingsCsv::read({"crew.csv", twoLines}, std::nullopt);
+    input.readings = FieldReadingsCsv::read({"crew.csv", twoCrewLines}, std::nullopt);
     FieldEvaluationSettings settings;
     settings.innerRadiusM = 5;
     settings.lastSpanEndM = 45;
@@ -103,9 +87,10 @@ TEST(EvaluationPrintout, SectionsInReadingOrder) {
                                         "Collectors more than 20 % off the mean", "Every collector"}));
     ASSERT_EQ(document.subtitle.size(), 2u);
     EXPECT_EQ(document.subtitle[0], "13 readings: 10 counted, 3 left out; depths in mm");
-    EXPECT_EQ(document.subtitle[1],
-              "Collectors weighted by their distance from the centre; inner radius 5.00 m; the last span ends "
-              "at 45.00 m (beyond: end-gun zone)");
+    EXPECT_EQ(
+        document.subtitle[1],
+        "Collectors weighted by their distance from the centre; inner radius 5.00 m; the last span ends "
+        "at 45.00 m (beyond: end-gun zone)");
 }
 
 TEST(EvaluationPrintout, PlotsEachLineTheLeftOutCollectorsTheMeanAndTheLowQuarterBand) {
@@ -116,7 +101,8 @@ TEST(EvaluationPrintout, PlotsEachLineTheLeftOutCollectorsTheMeanAndTheLowQuarte
     // The end-gun zone's collectors are drawn with their line; the invalid reading is not drawn.
     const auto& a = seriesLabelled(plot, "line a");
     EXPECT_EQ(a.style, SeriesStyle::Points);
-    EXPECT_EQ(a.points, (std::vector<std::pair<double, double>>{{10, 8}, {20, 10}, {30, 12}, {40, 14}, {50, 20}}));
+    EXPECT_EQ(a.points,
+              (std::vector<std::pair<double, double>>{{10, 8}, {20, 10}, {30, 12}, {40, 14}, {50, 20}}));
     EXPECT_EQ(seriesLabelled(plot, "line b").points,
               (std::vector<std::pair<double, double>>{{10, 12}, {20, 12}, {30, 12}, {40, 12}, {55, 10}}));
     EXPECT_EQ(seriesLabelled(plot, "left out").points,
@@ -185,7 +171,8 @@ TEST(EvaluationPrintout, LeftOutCollectorsWithTheirReasonAndOutliers) {
 
 TEST(EvaluationPrintout, NothingLeftOutSaysSo) {
     EvaluationPrintoutInput input;
-    input.readings = FieldReadingsCsv::read({"even.csv", "distance_m,depth_mm\n10,5\n20,5\n30,5\n"}, std::nullopt);
+    input.readings =
+        FieldReadingsCsv::read({"even.csv", "distance_m,depth_mm\n10,5\n20,5\n30,5\n"}, std::nullopt);
     input.result = FieldEvaluator::evaluate(input.readings, {});
     const auto section = EvaluationPrintout::leftOut(input.result);
     ASSERT_EQ(section.blocks.size(), 1u);

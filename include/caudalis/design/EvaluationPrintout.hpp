@@ -54,19 +54,24 @@ public:
 
     static ReportSection depthPlot(const EvaluationPrintoutInput& input);
     static ReportSection figures(const FieldEvaluationResult& result);
+    /// The figures, a row a figure, a column for each line, the lines' mean and both together
+    /// (with two lines) and the end-gun zone (when it has collectors).
+    static ReportTable figuresTable(const FieldEvaluationResult& result);
     static ReportSection leftOut(const FieldEvaluationResult& result);
     static ReportSection outliers(const FieldEvaluationResult& result);
     static ReportSection comparison(const DesignedBeside& designed);
     static ReportSection collectors(const EvaluationPrintoutInput& input);
 
+    /// Why a reading was left out, as reports say it.
+    static std::string reasonText(const ExcludedReading& excluded);
     /// The figures in the order reports list them.
     static const std::vector<CatchCanFigureLabel>& figureLabels();
     /// The value with the label's decimals, "n/a" when the figure is not defined.
     static std::string figureText(const std::optional<double>& value, int decimals);
     /// The designed depth per pass along the radius at the test's timer setting, mm, from
     /// `fromM` to `toM`.
-    static std::vector<std::pair<double, double>> designedProfile(const DesignedBeside& designed, double fromM,
-                                                                  double toM);
+    static std::vector<std::pair<double, double>> designedProfile(const DesignedBeside& designed,
+                                                                  double fromM, double toM);
 };
 
 }  // namespace caudalis::design

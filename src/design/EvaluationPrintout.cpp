@@ -21,7 +21,7 @@ std::string metres(double value) {
 }
 
 std::string millimetres(double value) {
-    return si().number(Quantity::Depth, value, 1);
+    return si().number(Quantity::Depth, value);
 }
 
 std::string percent(double value) {

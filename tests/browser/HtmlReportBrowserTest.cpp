@@ -169,6 +169,14 @@ TEST_F(HtmlReportInBrowser, PrintsToPdfOnNumberedPages) {
 
 namespace {
 
+/// A screenshot 1300 pixels wide of the page opened with the network unreachable.
+std::string offlineScreenshot(TemporaryFolder& folder, const std::string& html, int height) {
+    const auto png = folder.file("offline-shot.png");
+    const HeadlessChromium offline({"--host-resolver-rules=MAP * ~NOTFOUND"});
+    EXPECT_EQ(offline.screenshot(html, png, 1300, height), 0);
+    return png;
+}
+
 /// Prints the page to PDF and checks that it has at least `minimumPages` numbered pages
 /// ("Page N of N" on the last) and holds every text of `expected`.
 void expectPrintedOnNumberedPages(TemporaryFolder& folder, const std::string& html, int minimumPages,
@@ -199,9 +207,7 @@ std::string designReport(TemporaryFolder& folder) {
 TEST(DesignReportInBrowser, DrawsThePlotsAndPrintsTheWholePrintoutOnNumberedPages) {
     TemporaryFolder folder;
     const auto html = designReport(folder);
-    const auto png = folder.file("design.png");
-    const HeadlessChromium offline({"--host-resolver-rules=MAP * ~NOTFOUND"});
-    ASSERT_EQ(offline.screenshot(html, png, 1300, 3200), 0);
+    const auto png = offlineScreenshot(folder, html, 3200);
     // The first series of each plot (pipe pressure, required flow, ground, depth, peak rate)
     // is drawn in the palette's first colour, plot after plot down the page.
     const auto pixels = colourPixels(png, {blue, red});
@@ -251,9 +257,7 @@ std::string evaluationReport(TemporaryFolder& folder) {
 TEST(EvaluationReportInBrowser, DrawsTheDepthPlotAndPrintsEveryFigureOnNumberedPages) {
     TemporaryFolder folder;
     const auto html = evaluationReport(folder);
-    const auto png = folder.file("evaluation.png");
-    const HeadlessChromium offline({"--host-resolver-rules=MAP * ~NOTFOUND"});
-    ASSERT_EQ(offline.screenshot(html, png, 1300, 1400), 0);
+    const auto png = offlineScreenshot(folder, html, 1400);
     // Line 1's collectors (blue), line 2's (red), the designed profile (green) and the edge of
     // the low-quarter band (orange) are drawn in the depth plot at the top of the page; the
     // collector-by-collector differences (blue again) further down.

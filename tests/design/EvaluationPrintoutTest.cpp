@@ -95,7 +95,8 @@ TEST(EvaluationPrintout, SectionsInReadingOrder) {
 
 TEST(EvaluationPrintout, PlotsEachLineTheLeftOutCollectorsTheMeanAndTheLowQuarterBand) {
     const auto input = evaluated();
-    const auto& plot = depthPlot(EvaluationPrintout::document(input));
+    const auto document = EvaluationPrintout::document(input);
+    const auto& plot = depthPlot(document);
     EXPECT_EQ(plot.xAxisLabel, "distance from the centre (m)");
     EXPECT_EQ(plot.leftAxisLabel, "depth (mm)");
     // The end-gun zone's collectors are drawn with their line; the invalid reading is not drawn.
@@ -153,7 +154,8 @@ TEST(EvaluationPrintout, FigureNotDefinedIsNotAvailable) {
 
 TEST(EvaluationPrintout, LeftOutCollectorsWithTheirReasonAndOutliers) {
     const auto input = evaluated();
-    const auto& left = table(EvaluationPrintout::leftOut(input.result));
+    const auto leftOut = EvaluationPrintout::leftOut(input.result);
+    const auto& left = table(leftOut);
     ASSERT_EQ(left.rows.size(), 3u);
     EXPECT_EQ(left.rows[0], (std::vector<std::string>{"1", "1", "4.00", "30.00", "inside the inner radius",
                                                       "crew.csv line 2"}));
@@ -193,7 +195,8 @@ TEST(EvaluationPrintout, DesignedProfileIsTheDesignedDepthAtTheTimerSetting) {
                      2 * MeasuredDesignedComparison::designedDepthAt(designed.machine, middle.first, 10));
     EXPECT_NEAR(middle.second, 12, 0.5) << "6 mm a pass from overlapping patterns, doubled";
 
-    const auto& plot = depthPlot(EvaluationPrintout::document(input));
+    const auto document = EvaluationPrintout::document(input);
+    const auto& plot = depthPlot(document);
     const auto& drawn = seriesLabelled(plot, "designed, timer 50 %");
     EXPECT_EQ(drawn.style, SeriesStyle::Line);
     EXPECT_DOUBLE_EQ(drawn.points.front().first, 4) << "from the nearest collector that has a depth";

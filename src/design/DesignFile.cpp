@@ -9,6 +9,7 @@
 #include "JsonFields.hpp"
 #include "JsonPosition.hpp"
 #include "caudalis/design/DesignError.hpp"
+#include "caudalis/design/DesignValidation.hpp"
 #include "caudalis/design/TextFile.hpp"
 
 namespace caudalis::design {
@@ -319,6 +320,7 @@ DesignDescription fromJson(const nlohmann::json& document) {
     design.nozzleSelection = readNozzleSelection(root);
     design.checks = readChecks(root);
     root.finish();
+    DesignValidation::validate(design);
     return design;
 }
 

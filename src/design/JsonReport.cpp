@@ -6,6 +6,7 @@
 
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/design/ReportLabels.hpp"
+#include "caudalis/design/ResultUnits.hpp"
 
 namespace caudalis::design {
 
@@ -21,20 +22,46 @@ nlohmann::json conditionsJson(const ParPressaoCaudal& conditions) {
     return {{"pressao", conditions.pressao}, {"caudal", conditions.caudal}};
 }
 
-nlohmann::json nozzleJson(const std::shared_ptr<Aspersor>& nozzle) {
+nlohmann::json nozzleJson(const std::shared_ptr<Aspersor>& nozzle, const Units& units) {
     if (!nozzle) {
         return nullptr;
     }
+    const double b = coefficientValue(nozzle->b());
     return {{"id", nozzle->id()},
             {"nome", nozzle->nome()},
             {"modelo", nozzle->modelo().nome},
             {"marca", nozzle->marca().nome},
-            {"a", coefficientValue(nozzle->a())},
-            {"b", coefficientValue(nozzle->b())},
-            {"pmin", nozzle->pmin()},
-            {"pmax", nozzle->pmax()},
-            {"qmin", nozzle->qmin()},
-            {"qmax", nozzle->qmax()}};
+            {"a", units.flowCoefficientFromSI(coefficientValue(nozzle->a()), b)},
+            {"b", b},
+            {"pmin", units.fromSI(Quantity::Pressure, nozzle->pmin())},
+            {"pmax", units.fromSI(Quantity::Pressure, nozzle->pmax())},
+            {"qmin", units.fromSI(Quantity::Flow, nozzle->qmin())},
+            {"qmax", units.fromSI(Quantity::Flow, nozzle->qmax())}};
+}
+
+/// A summary key ending in its unit: key("design_flow", Quantity::Flow) is "design_flow_lps"
+/// or "design_flow_gpm".
+class Keys {
+public:
+    explicit Keys(const Units& units) : units_(units) {}
+    std::string operator()(const std::string& base, Quantity quantity) const {
+        return base + "_" + units_.suffix(quantity);
+    }
+
+private:
+    const Units& units_;
+};
+
+nlohmann::json unitsJson(const Units& units) {
+    return {{"system", units.name()},
+            {"pressure", units.symbol(Quantity::Pressure)},
+            {"flow", units.symbol(Quantity::Flow)},
+            {"length", units.symbol(Quantity::Length)},
+            {"diameter", units.symbol(Quantity::Diameter)},
+            {"spacing", units.symbol(Quantity::Spacing)},
+            {"depth", units.symbol(Quantity::Depth)},
+            {"rate", units.symbol(Quantity::Rate)},
+            {"area", units.symbol(Quantity::Area)}};
 }
 
 nlohmann::json spanJson(const SpanResult& row) {
@@ -58,7 +85,8 @@ nlohmann::json spanJson(const SpanResult& row) {
              span.temRegulador ? nlohmann::json{{"Preg", span.regulador.Preg}} : nlohmann::json(nullptr)}};
 }
 
-nlohmann::json outletJson(const OutletResult& row) {
+nlohmann::json outletJson(const OutletResult& row, const Units& units) {
+    const Keys key(units);
     const auto& o = row.outlet;
     return {{"span", row.span},
             {"outlet", row.number},
@@ -74,37 +102,41 @@ nlohmann::json outletJson(const OutletResult& row) {
             {"over_pressure", o.over_pressure},
             {"regulated", row.regulated},
             {"deviation_percent", optionalJson(row.deviationPercent)},
-            {"depth_mm", row.depthMm},
-            {"ideal_depth_mm", row.idealDepthMm},
-            {"aspersor", nozzleJson(o.obj_aspersor)}};
+            {key("depth", Quantity::Depth), row.depthMm},
+            {key("ideal_depth", Quantity::Depth), row.idealDepthMm},
+            {"reason", reasonCode(row.reason)},
+            {"regulator", optionalJson(row.regulatorKpa)},
+            {"starved_regulator", row.starvedRegulator},
+            {"aspersor", nozzleJson(o.obj_aspersor, units)}};
 }
 
-nlohmann::json summaryJson(const DesignSummary& s) {
+nlohmann::json summaryJson(const DesignSummary& s, const Units& units) {
+    const Keys key(units);
     auto peaks = nlohmann::json::array();
     for (const auto& peak : s.peakRates) {
         peaks.push_back({{"code", peak.point.code},
-                         {"distance_m", peak.point.distanceToCenter},
-                         {"wet_diameter_m", peak.point.wetDiameter},
-                         {"rate_mm_h", peak.rateMmH}});
+                         {key("distance", Quantity::Length), peak.point.distanceToCenter},
+                         {key("wet_diameter", Quantity::Length), peak.point.wetDiameter},
+                         {key("rate", Quantity::Rate), peak.rateMmH}});
     }
     nlohmann::json endGun = nullptr;
     if (s.hasEndGun) {
-        endGun = {{"pressure_kpa", s.endGunPressureKpa},
-                  {"flow_lps", s.endGunFlowLps},
-                  {"booster_kpa", s.endGunBoosterKpa}};
+        endGun = {{key("pressure", Quantity::Pressure), s.endGunPressureKpa},
+                  {key("flow", Quantity::Flow), s.endGunFlowLps},
+                  {key("booster", Quantity::Pressure), s.endGunBoosterKpa}};
     }
-    return {{"design_flow_lps", s.designFlowLps},
-            {"computed_flow_lps", s.computedFlowLps},
+    return {{key("design_flow", Quantity::Flow), s.designFlowLps},
+            {key("computed_flow", Quantity::Flow), s.computedFlowLps},
             {"passes", s.passes},
             {"end_gun", endGun},
-            {"irrigated_length_m", s.irrigatedLengthM},
-            {"irrigated_area_m2", s.irrigatedAreaM2},
+            {key("irrigated_length", Quantity::Length), s.irrigatedLengthM},
+            {key("irrigated_area", Quantity::Area), s.irrigatedAreaM2},
             {"revolution_time_h", s.revolutionTimeH},
             {"outlets", s.outlets},
             {"outlets_without_nozzle", s.unfittedOutlets},
             {"outlets_over_pressure", s.overPressureOutlets},
-            {"depth_mm", optionalJson(s.depthMm)},
-            {"ideal_depth_mm", optionalJson(s.idealDepthMm)},
+            {key("depth", Quantity::Depth), optionalJson(s.depthMm)},
+            {key("ideal_depth", Quantity::Depth), optionalJson(s.idealDepthMm)},
             {"peak_application_rates", peaks},
             {"cu_heermann_hein_percent", optionalJson(s.uniformityCoefficient)},
             {"ideal_cu_heermann_hein_percent", optionalJson(s.idealUniformityCoefficient)},
@@ -122,18 +154,29 @@ nlohmann::json findingsJson(const std::vector<Finding>& findings) {
     return list;
 }
 
-nlohmann::json toJson(const DesignResult& result) {
+nlohmann::json packageJson(const DesignResult& result) {
+    const auto& package = result.package;
+    return {{"spans", package.spans},
+            {"inner", package.inner.empty() ? nlohmann::json(nullptr)
+                                            : nlohmann::json{{"model", package.inner},
+                                                             {"to_distance", package.innerToDistanceM}}},
+            {"end_gun", result.summary.hasEndGun ? nlohmann::json(package.endGun) : nlohmann::json(nullptr)}};
+}
+
+nlohmann::json toJson(const DesignResult& result, const Units& units) {
     auto spans = nlohmann::json::array();
     for (const auto& span : result.spans) {
         spans.push_back(spanJson(span));
     }
     auto outlets = nlohmann::json::array();
     for (const auto& outlet : result.outlets) {
-        outlets.push_back(outletJson(outlet));
+        outlets.push_back(outletJson(outlet, units));
     }
     return {{"name", result.design.name},
             {"system_id", optionalJson(result.design.systemId)},
-            {"summary", summaryJson(result.summary)},
+            {"units", unitsJson(units)},
+            {"package", packageJson(result)},
+            {"summary", summaryJson(result.summary, units)},
             {"findings", findingsJson(result.findings)},
             {"spans", spans},
             {"outlets", outlets}};
@@ -142,11 +185,19 @@ nlohmann::json toJson(const DesignResult& result) {
 }  // namespace
 
 std::string JsonReport::text(const DesignResult& result) {
-    return toJson(result).dump(2);
+    return text(result, Units(result.design.units));
+}
+
+std::string JsonReport::text(const DesignResult& result, const Units& units) {
+    return toJson(ResultUnits::convert(result, units), units).dump(2);
 }
 
 void JsonReport::write(std::ostream& out, const DesignResult& result) {
     out << text(result) << '\n';
+}
+
+void JsonReport::write(std::ostream& out, const DesignResult& result, const Units& units) {
+    out << text(result, units) << '\n';
 }
 
 }  // namespace caudalis::design

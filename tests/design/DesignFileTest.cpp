@@ -111,6 +111,7 @@ TEST(DesignFile, OptionalPartsMayBeLeftOut) {
         document.erase(key);
     }
     document["nozzle_selection"] = {{"tolerance", 0.2}};
+    document["design_flow_lps"] = 10;  // what 90 m of spans can water
     const auto design = fromJson(document);
     EXPECT_FALSE(design.systemId);
     EXPECT_DOUBLE_EQ(design.centreElevationM, 0);

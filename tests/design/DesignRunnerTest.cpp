@@ -208,7 +208,7 @@ TEST(DesignRunner, UnknownBrandIsAnInputError) {
 TEST(DesignRunner, TooFewPassesIsNotSettled) {
     InMemoryNozzleSource source(caudalis::testing::sampleNozzles());
     try {
-        DesignRunner(DesignOptions{1}).run(example("realistic"), source);
+        DesignRunner(DesignOptions{1, std::nullopt}).run(example("realistic"), source);
         FAIL() << "no error";
     } catch (const DesignError& error) {
         EXPECT_EQ(error.kind(), DesignError::Kind::NotSettled);

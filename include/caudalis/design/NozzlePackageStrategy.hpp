@@ -28,6 +28,8 @@ public:
     std::shared_ptr<Aspersor> aspersorFor(const saida& aSaida) override;
     std::shared_ptr<CartaAspersores> carta() override { return chart_; }
 
+    /// From now on the outlets choose from `package`.
+    void usePackage(NozzlePackage package) { package_ = std::move(package); }
     const NozzlePackage& package() const noexcept { return package_; }
     /// Passes of the latest computation (complete or started).
     long passes() const noexcept { return passes_; }

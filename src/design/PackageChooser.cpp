@@ -76,15 +76,21 @@ NozzleSet PackageChooser::mostFitting(const std::vector<NozzleSet>& candidates,
 
 NozzleSet PackageChooser::endGunModel(const std::vector<NozzleSet>& candidates, const OperatingPoint& gun,
                                       double tolerance) {
-    std::vector<const NozzleSet*> bySize;
+    double biggest = 0;
     for (const auto& candidate : candidates) {
-        bySize.push_back(&candidate);
+        biggest = std::max(biggest, candidate.largestFlow());
     }
-    std::stable_sort(bySize.begin(), bySize.end(), [](const NozzleSet* a, const NozzleSet* b) {
+    std::vector<const NozzleSet*> guns;
+    for (const auto& candidate : candidates) {
+        if (candidate.largestFlow() >= endGunClass * biggest) {
+            guns.push_back(&candidate);
+        }
+    }
+    std::stable_sort(guns.begin(), guns.end(), [](const NozzleSet* a, const NozzleSet* b) {
         return a->largestFlow() > b->largestFlow();
     });
     const NozzleSet* rated = nullptr;
-    for (const auto* candidate : bySize) {
+    for (const auto* candidate : guns) {
         if (!candidate->hasRatedFor(gun.pressureKpa)) {
             continue;
         }
@@ -96,7 +102,7 @@ NozzleSet PackageChooser::endGunModel(const std::vector<NozzleSet>& candidates, 
     if (rated != nullptr) {
         return *rated;
     }
-    return bySize.empty() ? NozzleSet() : *bySize.front();
+    return guns.empty() ? NozzleSet() : *guns.front();
 }
 
 NozzleSet PackageChooser::named(const ModelName& name) const {

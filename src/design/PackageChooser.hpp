@@ -20,10 +20,13 @@ struct OperatingPoint {
 /// Puts a design's nozzle package together from the catalogue: the models the file names, and
 /// for the sections it leaves open the model that suits the machine. For the spans: of the
 /// allowed models, the one with a rated nozzle within the tolerance at most outlets. For the
-/// end gun: the largest model (by its biggest nozzle's flow) that is rated for the gun's
-/// pressure, preferring one with a nozzle within the tolerance.
+/// end gun: an end-gun model, that is one whose biggest nozzle gives at least half the flow of
+/// the catalogue's biggest (`endGunClass`); of those, the largest rated for the gun's pressure
+/// with a nozzle within the tolerance, else the largest rated for it, else the largest.
 class PackageChooser {
 public:
+    static constexpr double endGunClass = 0.5;
+
     PackageChooser(const NozzleSelection& selection, NozzleSource& source);
 
     /// `spanOutlets` are the fixed spans' and overhang's outlets; `endGun` is empty without one.

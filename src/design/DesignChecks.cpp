@@ -139,10 +139,11 @@ void checkEmptyOutlets(const DesignResult& result, const Figures& figures, Findi
     if (!plugged.empty()) {
         findings.push_back(
             {Severity::Note, "outlets-plugged",
-             fmt::format("{} less than the smallest rated nozzle gives and stay plugged (up to {} "
-                         "from the centre)",
-                         plural(plugged.size(), "outlet needs", "outlets need"),
-                         figures.distance(plugged.back()->outlet.distanciaAoPivot))});
+             fmt::format(
+                 "{} plugged (up to {} from the centre)",
+                 plural(plugged.size(), "outlet needs less than the smallest rated nozzle gives and stays",
+                        "outlets need less than the smallest rated nozzle gives and stay"),
+                 figures.distance(plugged.back()->outlet.distanciaAoPivot))});
     }
 }
 

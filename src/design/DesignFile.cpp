@@ -301,6 +301,7 @@ UnitSystem readUnits(JsonFields& root) {
 DesignDescription fromJson(const nlohmann::json& document) {
     JsonFields root(document, "");
     root.optionalText("$schema");
+    root.comment("$comment");
     DesignDescription design;
     design.units = readUnits(root);
     root.setUnits(Units(design.units));

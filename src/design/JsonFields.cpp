@@ -1,5 +1,6 @@
 #include "JsonFields.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 #include "caudalis/design/DesignError.hpp"
@@ -151,6 +152,19 @@ std::optional<double> JsonFields::optionalQuantity(const std::string& base, Quan
         return std::nullopt;
     }
     return units_.toSI(quantity, *value);
+}
+
+void JsonFields::comment(const std::string& key) {
+    const auto* value = find(key);
+    if (value == nullptr || value->is_string()) {
+        return;
+    }
+    const bool lines =
+        value->is_array() && std::all_of(value->begin(), value->end(),
+                                         [](const nlohmann::json& line) { return line.is_string(); });
+    if (!lines) {
+        fail(key, "must be a text or an array of texts");
+    }
 }
 
 bool JsonFields::optionalWord(const std::string& key, const std::string& word) {

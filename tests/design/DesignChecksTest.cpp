@@ -18,7 +18,7 @@ DesignDescription example(const std::string& name) {
 }
 
 DesignResult run(const DesignDescription& design) {
-    InMemoryNozzleSource source(caudalis::testing::sampleNozzles());
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
     return DesignRunner().run(design, source);
 }
 
@@ -131,7 +131,7 @@ TEST(DesignChecks, NozzleOutsideItsRatedRangeAndTooManyOutlets) {
 TEST(DesignChecks, MessagesFollowTheUnitsAsked) {
     auto design = example("small");
     regulateEverySpan(design, 200);
-    InMemoryNozzleSource source(caudalis::testing::sampleNozzles());
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
     DesignOptions options;
     options.units = UnitSystem::US;
     const auto result = DesignRunner(options).run(design, source);

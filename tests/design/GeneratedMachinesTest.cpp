@@ -3,8 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "ShippedDatabases.hpp"
-#include "TemporaryFolder.hpp"
+#include "SampleNozzles.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/catalogue/AspersoresStatic.hpp"
 #include "caudalis/core/Statics.hpp"
@@ -80,17 +79,10 @@ bool ratedFor(const Aspersor& nozzle, double pressure) {
     return pressure >= nozzle.pmin() && !nozzle.isHighPressure(pressure);
 }
 
-CollectionRef sampleCatalogue(const caudalis::testing::TemporaryFolder& folder) {
-    const auto path = folder.file("catalogue.db");
-    caudalis::testing::createCatalogueDatabase(path);
-    return Statics::application()->Aspersores()->find(path);
-}
-
 }  // namespace
 
 TEST(GeneratedMachines, PackagesRespectPressureRatingsRegulatorsAndEndGuns) {
-    caudalis::testing::TemporaryFolder folder;
-    InMemoryNozzleSource source(sampleCatalogue(folder));
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
     Draws draw(20261123);
     int guns = 0;
     int regulated = 0;

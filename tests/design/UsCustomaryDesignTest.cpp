@@ -81,7 +81,7 @@ TEST(UsCustomaryDesign, AUsFileGivesTheSameDesignAsItsSiTwin) {
         const auto siDesign = DesignFile::parse(si.dump(), "si.json");
         const auto usDesign = DesignFile::parse(us.dump(), "us.json");
         EXPECT_EQ(usDesign.units, UnitSystem::US);
-        InMemoryNozzleSource source(caudalis::testing::sampleNozzles());
+        InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
         const auto a = DesignRunner().run(siDesign, source);
         const auto b = DesignRunner().run(usDesign, source);
         ASSERT_EQ(a.outlets.size(), b.outlets.size());
@@ -98,7 +98,7 @@ TEST(UsCustomaryDesign, AUsFileGivesTheSameDesignAsItsSiTwin) {
 
 TEST(UsCustomaryDesign, JsonInUsUnitsRoundTripsToSi) {
     const auto design = DesignFile::parse(exampleText("realistic"), "realistic.json");
-    InMemoryNozzleSource source(caudalis::testing::sampleNozzles());
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
     const auto result = DesignRunner().run(design, source);
     const auto si = json::parse(JsonReport::text(result));
     const auto us = json::parse(JsonReport::text(result, Units(UnitSystem::US)));

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "ShippedDatabases.hpp"
+#include "TemporaryFolder.hpp"
 #include "caudalis/catalogue/AspersoresStatic.hpp"
 #include "caudalis/core/Statics.hpp"
 
@@ -45,6 +47,16 @@ CollectionRef sampleNozzles() {
         addFamily(*nozzles, family, id, id);
         ++id;
     }
+    return nozzles;
+}
+
+CollectionRef sampleCatalogue() {
+    static const TemporaryFolder folder;
+    static const CollectionRef nozzles = [] {
+        const auto path = folder.file("sample-catalogue.db");
+        createCatalogueDatabase(path);
+        return Statics::application()->Aspersores()->find(path);
+    }();
     return nozzles;
 }
 

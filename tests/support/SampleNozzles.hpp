@@ -12,6 +12,10 @@ namespace caudalis::testing {
 /// end guns of "Vellora" ("VL Gun") cover 2-8 l/s at 200-500 kPa.
 CollectionRef sampleNozzles();
 
+/// Every nozzle of the shipped sample catalogue (data/sample), read once from a catalogue
+/// database made for the test program.
+CollectionRef sampleCatalogue();
+
 /// The path of a file shipped with the sources.
 std::string sourcePath(const std::string& relative);
 

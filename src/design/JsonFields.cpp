@@ -224,7 +224,8 @@ std::string JsonFields::hintFor(const std::string& key) const {
     const Units other(units_.system() == UnitSystem::US ? UnitSystem::SI : UnitSystem::US);
     for (const auto quantity :
          {Quantity::Pressure, Quantity::Flow, Quantity::Length, Quantity::Diameter, Quantity::Spacing}) {
-        const auto suffix = "_" + other.suffix(quantity);
+        std::string suffix(1, '_');
+        suffix += other.suffix(quantity);
         if (key.size() > suffix.size() &&
             key.compare(key.size() - suffix.size(), suffix.size(), suffix) == 0) {
             return " (the file's units are \"" + units_.name() + "\": give it as " +

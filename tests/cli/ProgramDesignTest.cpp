@@ -41,7 +41,8 @@ TEST_F(ProgramDesignTest, ExamplesMeetTheirDesignFlow) {
         EXPECT_NEAR(summary["computed_flow_lps"].get<double>(), example.designFlow,
                     0.06 * example.designFlow);
         EXPECT_LE(summary["outlets_without_nozzle"].get<long>(), 4);
-        for (const auto& finding : designJson(example.name)["findings"]) {
+        const auto document = designJson(example.name);
+        for (const auto& finding : document["findings"]) {
             EXPECT_EQ(finding["severity"], "note") << finding["message"];
         }
         for (const char* figure : {"cu_heermann_hein_percent", "du_low_quarter_percent"}) {

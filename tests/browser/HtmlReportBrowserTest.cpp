@@ -194,7 +194,8 @@ void expectPrintedOnNumberedPages(TemporaryFolder& folder, const std::string& ht
 
 std::string designReport(TemporaryFolder& folder) {
     using namespace caudalis::design;
-    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue(), caudalis::testing::sampleWettedDiameters());
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue(),
+                                caudalis::testing::sampleWettedDiameters());
     const auto result = DesignRunner().run(
         DesignFile::load(caudalis::testing::sourcePath("examples/designs/realistic.json")), source);
     const auto path = folder.file("design.html");
@@ -236,7 +237,7 @@ std::string evaluationReport(TemporaryFolder& folder) {
     EvaluationPrintoutInput input;
     input.name = "small-2025";
     input.readings = FieldReadingsCsv::read({sheet, readFile(sheet)}, 0.1);
-    InMemoryNozzleSource source(caudalis::testing::sampleNozzles());
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
     const auto design = DesignRunner().run(
         DesignFile::load(caudalis::testing::sourcePath("examples/designs/small.json")), source);
     DesignedBeside designed{"small.json", 100, "default", DesignedMachineProfile::of(design), {}};

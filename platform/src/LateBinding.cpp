@@ -24,6 +24,25 @@ constexpr std::int32_t memberNotSupported = 438;
     throw caudalis::Error(numberOf(code), description);
 }
 
+/// Numbers of kinds the library has no type for (Decimal, as engines give an identity or a
+/// numeric column, and 64-bit or unsigned integers) are read as Double.
+void widenNumber(VARIANT& value) {
+    switch (V_VT(&value)) {
+        case VT_DECIMAL:
+        case VT_I8:
+        case VT_UI8:
+        case VT_I1:
+        case VT_UI2:
+        case VT_UI4:
+        case VT_INT:
+        case VT_UINT:
+            check(VariantChangeType(&value, &value, 0, VT_R8));
+            break;
+        default:
+            break;
+    }
+}
+
 std::string narrowName(const wchar_t* name) {
     std::string text;
     for (; *name; ++name) {
@@ -113,6 +132,7 @@ void LateBound::call(const wchar_t* name) const {
 caudalis::Variant LateBound::value(const wchar_t* name, VARIANT* argument) const {
     VARIANT result = invoke(name, argument);
     try {
+        widenNumber(result);
         const auto converted = in<caudalis::Variant>(result);
         VariantClear(&result);
         return converted;

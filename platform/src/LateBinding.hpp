@@ -29,7 +29,8 @@ public:
     VARIANT invoke(const wchar_t* name, VARIANT* argument = nullptr) const;
     /// Calls a method, dropping what it returns.
     void call(const wchar_t* name) const;
-    /// A property read as a library value.
+    /// A property read as a library value; numbers the library has no type for (Decimal,
+    /// 64-bit and unsigned integers) as Double.
     caudalis::Variant value(const wchar_t* name, VARIANT* argument = nullptr) const;
     /// A property that holds an object; error 13 when it holds none.
     LateBound object(const wchar_t* name, VARIANT* argument = nullptr) const;

@@ -346,6 +346,17 @@ Check hostError = 438 And InStr(hostDescription, "Execute") > 0, _
 host.Inner.Close
 con.Close
 
+' The server has no PostgreSQL client: a string that names a server names no database file.
+Set con = CreateObject("Caudalis.Connection")
+On Error Resume Next
+con.Open "host=localhost dbname=caudalis"
+hostError = Err.Number
+hostDescription = Err.Description
+Err.Clear
+On Error GoTo 0
+Check hostError = 3146 And InStr(hostDescription, "Data Source") > 0, _
+    "a PostgreSQL connection string names no database on Windows (" & hostError & ": " & hostDescription & ")"
+
 ' A library error: storing a second chart under a taken name.
 Dim chart, charts, source
 Set charts = S.CartaAspersor

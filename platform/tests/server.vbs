@@ -255,7 +255,7 @@ Class HostFields
     Public Sub Init(result)
         Set rows = result
     End Sub
-    Public Default Function Item(name)
+    Public Function Item(name)
         Set Item = rows.Fields(name)
     End Function
 End Class

@@ -34,7 +34,7 @@ bool AdoCursor::fetch(std::vector<caudalis::Variant>&) {
         records_->call(L"MoveNext");
     }
     started_ = true;
-    if (records_->value(L"EOF").toBool()) {
+    if (records_->value(L"EOF").toBoolean()) {
         close();
         return false;
     }

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "AdoBackend.hpp"
 #include "CaudalisRecords.hpp"
 
 namespace caudalis::com {
@@ -117,11 +118,10 @@ caudalis::compareWhat compareWhatOf(const std::optional<caudalis::Variant>& key)
     return isOmitted(key) ? caudalis::compareWhat::depth : static_cast<caudalis::compareWhat>(key->toLong());
 }
 
-/// A connection of the host's own database engine (an ADO connection) has no engine on this
-/// side: a Caudalis.Connection over SQLite is what these operations run on.
-std::shared_ptr<caudalis::Connection> HostAdapter<caudalis::Connection>::adapt(IUnknown*) {
-    raiseError(RuntimeError::TypeMismatch,
-               "Pass a Caudalis.Connection: this operation runs on SQLite databases.");
+/// A connection of the host's own (an ADO connection, or any object of its shape) is driven
+/// through late binding for the length of the call.
+std::shared_ptr<caudalis::Connection> HostAdapter<caudalis::Connection>::adapt(IUnknown* object) {
+    return std::make_shared<caudalis::Connection>(std::make_unique<AdoBackend>(LateBound::of(object)));
 }
 
 }  // namespace caudalis::com

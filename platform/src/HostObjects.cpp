@@ -1,9 +1,8 @@
 // Library-side stand-ins for objects of the host: a strategy, an applier or a comparator of the
 // host's own class, a collection of the host's runtime.
 
-#include <dispex.h>
-
 #include "CaudalisRecords.hpp"
+#include "LateBinding.hpp"
 #include "Marshal.hpp"
 
 namespace caudalis::com {
@@ -152,49 +151,6 @@ private:
     Held<_Comparator> host_;
 };
 
-/// {A6EF9860-C720-11D0-9337-00A0C90DCAA9}, which mingw-w64's uuid library does not carry.
-const IID dispatchExIid = {0xa6ef9860, 0xc720, 0x11d0, {0x93, 0x37, 0x00, 0xa0, 0xc9, 0x0d, 0xca, 0xa9}};
-
-/// The dispatch id of a member of a host object. Objects of script classes answer only
-/// IDispatchEx::GetDispID, so that is asked first.
-DISPID memberId(IDispatch* object, const wchar_t* name) {
-    DISPID id = DISPID_UNKNOWN;
-    IDispatchEx* extended = nullptr;
-    if (SUCCEEDED(object->QueryInterface(dispatchExIid, reinterpret_cast<void**>(&extended)))) {
-        BSTR text = SysAllocString(name);
-        const HRESULT hr = extended->GetDispID(text, fdexNameCaseInsensitive, &id);
-        SysFreeString(text);
-        extended->Release();
-        if (SUCCEEDED(hr)) {
-            return id;
-        }
-    }
-    LPOLESTR names[] = {const_cast<LPOLESTR>(name)};
-    check(object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id));
-    return id;
-}
-
-/// Reads a property or calls a method of a host object by name.
-VARIANT callByName(IDispatch* object, const wchar_t* name, WORD flags, VARIANT* arguments, UINT count) {
-    const DISPID id = memberId(object, name);
-    DISPPARAMS params{arguments, nullptr, count, 0};
-    VARIANT result;
-    VariantInit(&result);
-    EXCEPINFO exception{};
-    const HRESULT hr =
-        object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, &result, &exception, nullptr);
-    if (hr == DISP_E_EXCEPTION) {
-        std::string description;
-        fromCom(exception.bstrDescription, description);
-        SysFreeString(exception.bstrSource);
-        SysFreeString(exception.bstrDescription);
-        SysFreeString(exception.bstrHelpFile);
-        throw caudalis::Error(numberOf(exception.scode), description);
-    }
-    check(hr);
-    return result;
-}
-
 }  // namespace
 
 std::shared_ptr<caudalis::CalculosStrategy> HostAdapter<caudalis::CalculosStrategy>::adapt(IUnknown* object) {
@@ -212,29 +168,14 @@ std::shared_ptr<caudalis::Comparator> HostAdapter<caudalis::Comparator>::adapt(I
 /// A collection of the host's runtime is read item by item (Count, then Item(1 .. Count)) into
 /// a collection of the library's.
 std::shared_ptr<caudalis::Collection> HostAdapter<caudalis::Collection>::adapt(IUnknown* object) {
-    IDispatch* dispatch = nullptr;
-    if (FAILED(object->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&dispatch)))) {
-        raiseError(RuntimeError::TypeMismatch);
-    }
+    const LateBound host = LateBound::of(object);
     auto collection = caudalis::Collection::create();
-    try {
-        VARIANT count = callByName(dispatch, L"Count", DISPATCH_PROPERTYGET | DISPATCH_METHOD, nullptr, 0);
-        const auto total = in<caudalis::Variant>(count).toLong();
-        VariantClear(&count);
-        for (long i = 1; i <= total; ++i) {
-            VARIANT index;
-            VariantInit(&index);
-            V_VT(&index) = VT_I4;
-            V_I4(&index) = i;
-            VARIANT item = callByName(dispatch, L"Item", DISPATCH_PROPERTYGET | DISPATCH_METHOD, &index, 1);
-            collection->Add(in<caudalis::Variant>(item));
-            VariantClear(&item);
-        }
-    } catch (...) {
-        dispatch->Release();
-        throw;
+    const auto total = host.value(L"Count").toLong();
+    for (long i = 1; i <= total; ++i) {
+        VARIANT index;
+        toCom(static_cast<std::int32_t>(i), index);
+        collection->Add(host.value(L"Item", &index));
     }
-    dispatch->Release();
     return collection;
 }
 

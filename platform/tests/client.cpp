@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "Caudalis_h.h"
+#include "HostConnection.hpp"
 #include "SmallMachine.hpp"
 
 namespace {
@@ -640,6 +641,84 @@ void recordsAndErrors(_Statics* statics) {
     pivotInfo->Release();
 }
 
+/// The description of the calling thread's error, or empty.
+std::wstring lastErrorDescription() {
+    IErrorInfo* info = nullptr;
+    std::wstring text;
+    if (GetErrorInfo(0, &info) == S_OK && info) {
+        BSTR description = nullptr;
+        info->GetDescription(&description);
+        text = description ? description : L"";
+        SysFreeString(description);
+        info->Release();
+    }
+    return text;
+}
+
+bool anyStatementHolds(const hostdb::Log& log, const wchar_t* part) {
+    for (const std::wstring& statement : log.statements) {
+        if (statement.find(part) != std::wstring::npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Evaluations stored through a connection of the host's own, reached by IDispatch alone.
+void hostsOwnConnection(_Statics* statics, const char* project) {
+    _Connection* inner = nullptr;
+    if (!ok(CoCreateInstance(CLSID_Connection, nullptr, CLSCTX_INPROC_SERVER, IID__Connection,
+                             reinterpret_cast<void**>(&inner)),
+            "CoCreateInstance Caudalis.Connection")) {
+        return;
+    }
+    const auto forwarded = hostdb::shared(inner);
+    VARIANT where = textVariant(L"Provider=SQLite;Data Source=" + widen(project));
+    ok(forwarded->Open(&where), "Connection.Open on the project");
+    const auto log = std::make_shared<hostdb::Log>();
+    IDispatch* host = hostdb::connection(forwarded, log);
+    Ref<_PivotEvaluations> evaluations;
+    statics->PivotEvaluations(&evaluations);
+
+    Bstr name(L"Compiled host");
+    PivotEvaluation stored{};
+    evaluations->newEvaluation(&name, &stored);
+    ok(evaluations->save(&host, &stored), "PivotEvaluations.save on the host's connection");
+    check(stored.id > 0, "save writes back the id the host's engine gave as a Decimal");
+    check(anyStatementHolds(*log, L"@@IDENTITY"), "the identity is asked for in the host's own dialect");
+    check(log->openRecordSets == 0, "every record set of the host's is closed after save");
+
+    Bstr found(L"name = 'Compiled host' AND true");
+    VARIANT exists;
+    VariantInit(&exists);
+    ok(evaluations->exists(&host, &found, &exists), "PivotEvaluations.exists on the host's connection");
+    check(V_VT(&exists) == VT_BOOL && V_BOOL(&exists) == VARIANT_TRUE, "the stored evaluation is found");
+
+    // The host's transaction brackets a save; rolled back, nothing stays.
+    forwarded->BeginTrans();
+    Bstr second(L"Rolled back");
+    PivotEvaluation dropped{};
+    evaluations->newEvaluation(&second, &dropped);
+    ok(evaluations->save(&host, &dropped), "save inside the host's transaction");
+    forwarded->RollbackTrans();
+    Bstr droppedName(L"name = 'Rolled back'");
+    evaluations->exists(&host, &droppedName, &exists);
+    check(V_VT(&exists) == VT_BOOL && V_BOOL(&exists) == VARIANT_FALSE, "the host's rollback leaves no row");
+
+    // What the host's engine raises comes back with its number and description.
+    log->failNext = true;
+    Bstr third(L"Refused");
+    PivotEvaluation refused{};
+    evaluations->newEvaluation(&third, &refused);
+    const HRESULT hr = evaluations->save(&host, &refused);
+    check(hr == hostdb::errorsInCommand, "the host's error 0x80040E14 comes back as it was raised");
+    check(lastErrorDescription() == L"Syntax error in INSERT INTO statement.",
+          "the host's description comes back with it");
+    check(refused.id == 0, "a refused save writes no id back");
+    host->Release();
+    forwarded->Close();
+}
+
 /// The Statics edge cases through the server.
 void staticsEdgeCases(_Statics* statics) {
     Ref<_Tramos> a;
@@ -809,6 +888,7 @@ int wmain(int argc, wchar_t** argv) {
             staticsEdgeCases(statics);
             recordsAndErrors(statics);
             design(statics, catalogue, project, reference);
+            hostsOwnConnection(statics, project);
             statics->Release();
         }
     } else {

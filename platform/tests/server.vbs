@@ -182,20 +182,184 @@ Set all = S.PipeMaterials.All(con)
 Check all.Count > 0, "PipeMaterials.All on an open Caudalis.Connection"
 con.Close
 
-' Only a Caudalis.Connection runs the operations that take an open connection.
-Class OtherConnection
+' A connection of the host's own, with ADO's shape (Wine has no ADO): it forwards to a
+' Caudalis.Connection over SQLite, keeps the statements it was given and counts the record sets
+' left open. A record set of a statement without rows is closed, and reading it fails, as ADO's.
+Class HostConnection
+    Public Inner
+    Public Statements
+    Public OpenRecordSets
+    Public FailWith
+    Private Sub Class_Initialize()
+        Set Inner = CreateObject("Caudalis.Connection")
+        Statements = ""
+        OpenRecordSets = 0
+        FailWith = 0
+    End Sub
     Public Function Execute(sql)
+        Dim records, code
+        Statements = Statements & sql & vbLf
+        If FailWith <> 0 Then
+            code = FailWith
+            FailWith = 0
+            Err.Raise code, "HostDatabase", "The host's database refused the statement."
+        End If
+        Set records = New HostRecordSet
+        records.Init Me, Inner.Execute(sql), UCase(Left(LTrim(sql), 6)) = "SELECT"
+        If records.State = 1 Then OpenRecordSets = OpenRecordSets + 1
+        Set Execute = records
+    End Function
+    Public Sub BeginTrans()
+        Inner.BeginTrans
+    End Sub
+    Public Sub CommitTrans()
+        Inner.CommitTrans
+    End Sub
+    Public Sub RollbackTrans()
+        Inner.RollbackTrans
+    End Sub
+End Class
+
+Class HostRecordSet
+    Private owner
+    Private rows
+    Public State
+    Public Sub Init(connection, result, hasRows)
+        Set owner = connection
+        Set rows = result
+        If hasRows Then State = 1 Else State = 0
+    End Sub
+    Private Sub RequireOpen()
+        If State = 0 Then Err.Raise 3704, "HostDatabase", "Operation is not allowed when the object is closed."
+    End Sub
+    Public Property Get EOF()
+        RequireOpen
+        EOF = rows.EOF
+    End Property
+    Public Sub MoveNext()
+        RequireOpen
+        rows.MoveNext
+    End Sub
+    Public Property Get Fields()
+        Dim list
+        RequireOpen
+        Set list = New HostFields
+        list.Init rows
+        Set Fields = list
+    End Property
+    Public Sub Close()
+        RequireOpen
+        State = 0
+        owner.OpenRecordSets = owner.OpenRecordSets - 1
+    End Sub
+End Class
+
+Class HostFields
+    Private rows
+    Public Sub Init(result)
+        Set rows = result
+    End Sub
+    Public Function Item(name)
+        Set Item = rows.Fields(name)
     End Function
 End Class
-Dim description
+
+Function RowsOf(sql)
+    Dim records, text
+    Set records = con.Execute(sql)
+    text = ""
+    Do While Not records.EOF
+        text = text & records.Fields("id").Value & ":" & records.Fields("name").Value & ";"
+        records.MoveNext
+    Loop
+    RowsOf = text
+End Function
+
+' The operations that take an open connection run on the host's own.
+Dim host, hostSchema, hostNames, hostError, hostDescription
+con.Open project
+con.Execute "CREATE TABLE host_check (id INTEGER PRIMARY KEY, name TEXT)"
+con.Execute "INSERT INTO host_check (id, name) VALUES (1, 'original')"
+con.Execute "INSERT INTO pivot_evaluations (name) VALUES ('Host field')"
+Set host = New HostConnection
+host.Inner.Open project
+
+Set all = CreateObject("Caudalis.PipeMaterials").All(host)
+Check all.Count > 0 And all.Count = CreateObject("Caudalis.PipeMaterials").All(con).Count, _
+    "PipeMaterials.All on the host's connection reads every material (" & all.Count & ")"
+Check InStr(host.Statements, "pipe_materials") > 0, "PipeMaterials.All queries the host's connection (" & host.Statements & ")"
+host.Statements = ""
+hostNames = S.PivotEvaluations.Enumerate(host)
+Check IsArray(hostNames), "PivotEvaluations.Enumerate on the host's connection gives a list"
+Check InStr(host.Statements, "FROM pivot_evaluations") > 0, "Enumerate queries the host's connection (" & host.Statements & ")"
+Check S.PivotEvaluations.exists(host, "name = 'Host field' AND true"), "exists finds the evaluation through the host's connection"
+Check InStr(host.Statements, "name = 'Host field' AND true") > 0, "the host's connection receives the statement as written (" & host.Statements & ")"
+Check host.OpenRecordSets = 0, "every record set of the host's is closed after the calls (" & host.OpenRecordSets & " open)"
+
+Set hostSchema = CreateObject("Caudalis.TableSchema")
+hostSchema.init "host_check", Array("name"), "id"
+hostSchema.copyData host, 1, 2
+Check RowsOf("SELECT id, name FROM host_check ORDER BY id") = "1:original;2:original;", _
+    "copyData through the host's connection copies the row"
+
+' The host's transaction brackets the calls: a failure inside it is rolled back by the host.
+host.BeginTrans
+hostSchema.copyData host, 1, 3
 On Error Resume Next
-Set all = S.PipeMaterials.All(New OtherConnection)
-number = Err.Number
-description = Err.Description
+hostSchema.copyData host, 1, 2
+hostError = Err.Number
 Err.Clear
 On Error GoTo 0
-Check number = 13 And InStr(description, "Caudalis.Connection") > 0, _
-    "a connection of another kind is refused with error 13 naming Caudalis.Connection (" & number & ": " & description & ")"
+host.RollbackTrans
+Check hostError = 3146, "a statement the host's engine refuses raises its error 3146 (" & hostError & ")"
+Check RowsOf("SELECT id, name FROM host_check ORDER BY id") = "1:original;2:original;", _
+    "rolling back the host's transaction after the failure leaves no copied row"
+
+' Errors the host's object raises come back with its number.
+host.FailWith = vbObjectError + 77
+On Error Resume Next
+hostSchema.copyData host, 1, 4
+hostError = Err.Number
+Err.Clear
+On Error GoTo 0
+Check hostError = vbObjectError + 77, "an error the host's connection raises comes back with its number (" & hostError & ")"
+
+' The statement guard holds before the host's connection sees anything.
+host.Statements = ""
+On Error Resume Next
+hostNames = S.PivotEvaluations.exists(host, "1 = 1; DELETE FROM host_check")
+hostError = Err.Number
+Err.Clear
+On Error GoTo 0
+Check hostError = 3142, "a second statement is refused with error 3142 before it runs (" & hostError & ")"
+Check host.Statements = "", "the host's connection sees nothing of a refused statement (" & host.Statements & ")"
+Check RowsOf("SELECT id, name FROM host_check ORDER BY id") = "1:original;2:original;", "the refused statement deleted nothing"
+
+' An object without ADO's shape is refused naming the member it lacks.
+Class NotAConnection
+    Public Name
+End Class
+On Error Resume Next
+Set all = CreateObject("Caudalis.PipeMaterials").All(New NotAConnection)
+hostError = Err.Number
+hostDescription = Err.Description
+Err.Clear
+On Error GoTo 0
+Check hostError = 438 And InStr(hostDescription, "Execute") > 0, _
+    "an object without Execute is refused with error 438 naming it (" & hostError & ": " & hostDescription & ")"
+host.Inner.Close
+con.Close
+
+' The server has no PostgreSQL client: a string that names a server names no database file.
+Set con = CreateObject("Caudalis.Connection")
+On Error Resume Next
+con.Open "host=localhost dbname=caudalis"
+hostError = Err.Number
+hostDescription = Err.Description
+Err.Clear
+On Error GoTo 0
+Check hostError = 3146 And InStr(hostDescription, "Data Source") > 0, _
+    "a PostgreSQL connection string names no database on Windows (" & hostError & ": " & hostDescription & ")"
 
 ' A library error: storing a second chart under a taken name.
 Dim chart, charts, source

@@ -14,6 +14,12 @@ Connection::Connection() = default;
 
 Connection::Connection(std::string connectionString) : connectionString_(std::move(connectionString)) {}
 
+Connection::Connection(std::unique_ptr<DatabaseBackend> backend) : backend_(std::move(backend)) {
+    if (!backend_) {
+        raiseError(RuntimeError::ObjectNotSet);
+    }
+}
+
 Connection::~Connection() {
     try {
         if (isOpen()) {

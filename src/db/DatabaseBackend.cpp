@@ -1,9 +1,8 @@
 #include "caudalis/db/DatabaseBackend.hpp"
 
+#include "PostgresOpening.hpp"
 #include "caudalis/db/ConnectionSettings.hpp"
 #include "caudalis/db/DatabaseErrors.hpp"
-#include "caudalis/db/PostgresBackend.hpp"
-#include "caudalis/db/PostgresConnectionString.hpp"
 #include "caudalis/db/SqliteBackend.hpp"
 
 namespace caudalis {
@@ -20,8 +19,8 @@ std::string requireDataSource(const ConnectionSettings& settings) {
 }  // namespace
 
 std::unique_ptr<DatabaseBackend> DatabaseBackend::open(const ConnectionSettings& settings) {
-    if (const auto server = PostgresConnectionString::parse(settings.text())) {
-        return std::make_unique<PostgresBackend>(*server);
+    if (auto server = openPostgresServer(settings.text())) {
+        return server;
     }
     const std::string provider = settings.provider();
     if (provider == "sqlite" || provider == "sqlite3") {

@@ -149,6 +149,14 @@ JetStatement::JetStatement(std::string_view sql) {
     }
 }
 
+std::string JetStatement::text() const {
+    std::string whole;
+    for (const JetSqlSegment& segment : segments_) {
+        whole += segment.text;
+    }
+    return whole;
+}
+
 void JetStatement::addCode(std::string_view code) {
     if (segments_.empty() || segments_.back().kind != Kind::Code) {
         segments_.push_back({Kind::Code, {}});

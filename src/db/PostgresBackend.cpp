@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "PostgresCursor.hpp"
+#include "PostgresOpening.hpp"
 #include "TextHelpers.hpp"
 #include "caudalis/db/DatabaseErrors.hpp"
 #include "caudalis/db/PostgresDialect.hpp"
@@ -234,6 +235,13 @@ void PostgresBackend::rememberLastKey(const pg_result* returned) {
     if (rows > 0 && PQgetisnull(returned, rows - 1, 0) == 0) {
         lastKey_ = PQgetvalue(returned, rows - 1, 0);
     }
+}
+
+std::unique_ptr<DatabaseBackend> openPostgresServer(const std::string& connectionString) {
+    if (const auto server = PostgresConnectionString::parse(connectionString)) {
+        return std::make_unique<PostgresBackend>(*server);
+    }
+    return nullptr;
 }
 
 }  // namespace caudalis

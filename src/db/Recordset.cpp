@@ -10,7 +10,7 @@ namespace caudalis {
 Recordset::Recordset() = default;
 
 Recordset::Recordset(std::unique_ptr<DatabaseCursor> cursor)
-    : names_(cursor->columnNames()), cursor_(std::move(cursor)) {
+    : names_(cursor->columnNames()), cursor_(std::move(cursor)), byName_(cursor_->readsByName()) {
     hasRow_ = cursor_->fetch(current_);
     anyRow_ = hasRow_;
     if (!hasRow_) {
@@ -36,7 +36,7 @@ void Recordset::MoveNext() {
 }
 
 void Recordset::readRemaining() {
-    if (!cursor_) {
+    if (!cursor_ || byName_) {
         return;
     }
     std::vector<Variant> row;
@@ -47,6 +47,12 @@ void Recordset::readRemaining() {
 }
 
 Variant Recordset::Fields(const std::string& name) const {
+    if (byName_) {
+        if (EOF_()) {
+            raiseError(RuntimeError::DataAccess);
+        }
+        return cursor_->field(name);
+    }
     const std::size_t index = fieldIndex(name);
     if (EOF_()) {
         raiseError(RuntimeError::DataAccess);

@@ -19,10 +19,18 @@ class DatabaseBackend;
 /// `postgresql://` URI or libpq `key=value` pairs (with an optional `schema`) for a PostgreSQL
 /// server (see `PostgresBackend`). Closing or destroying a connection with an open transaction
 /// rolls the transaction back.
+///
+/// A connection may also run over a backend that the caller supplies (a host's own database
+/// connection, say): statements are checked exactly as on any other connection before the
+/// backend sees them, and the backend decides what they become for its engine.
 class Connection : public Object {
 public:
     Connection();
     explicit Connection(std::string connectionString);
+    /// A connection that is open over `backend` from the start, with an empty connection
+    /// string. Closing it rolls back the transaction it began and lets the backend go; it
+    /// may then be opened again by connection string like any other.
+    explicit Connection(std::unique_ptr<DatabaseBackend> backend);
     ~Connection() override;
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;

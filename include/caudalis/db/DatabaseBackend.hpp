@@ -12,6 +12,10 @@ class ConnectionSettings;
 /// An open connection to one database engine. Each engine has one implementation, which adapts
 /// the Access (Jet) dialect of the statements to its own. Destroying a backend closes the
 /// connection and abandons (rolls back) an open transaction; it never throws.
+///
+/// A backend of the caller's own (see `Connection(std::unique_ptr<DatabaseBackend>)`) gets the
+/// same checked statements; an engine that reads the Access dialect itself runs
+/// `JetStatement::text()` as it is.
 class DatabaseBackend {
 public:
     virtual ~DatabaseBackend() = default;

@@ -28,6 +28,9 @@ public:
 
     const std::vector<JetSqlSegment>& segments() const noexcept { return segments_; }
 
+    /// The statement as written, for an engine that reads the Access (Jet) dialect itself.
+    std::string text() const;
+
     /// Raises `DatabaseError::InvalidStatement` when the text holds no statement and
     /// `DatabaseError::CharactersAfterStatement` when anything but blanks, comments and ";"
     /// follows the ";" that ends the statement: the first one outside quotes and comments, or,

@@ -17,7 +17,8 @@ class DatabaseCursor;
 /// they are asked for; before its connection runs anything else (or closes), the rows not read
 /// yet are read into the record set, so the statement is finished by then and the record set
 /// may outlive its connection. A statement that returns no rows gives an empty record set, at
-/// both EOF and BOF.
+/// both EOF and BOF. The rows of a cursor that reads by name (a host's own engine) are not read
+/// ahead: they stay with that engine, which keeps them for the record set on its own.
 ///
 /// `EOF` is a macro of the C library, so the end test is spelled `EOF_`.
 class Recordset : public Object {
@@ -40,10 +41,11 @@ public:
     /// `DatabaseError::ItemNotFound`; no current row raises `RuntimeError::DataAccess`.
     Variant Fields(const std::string& name) const;
 
-    /// The field names, in column order.
+    /// The field names, in column order (none for a cursor that reads by name).
     const std::vector<std::string>& fieldNames() const noexcept { return names_; }
 
-    /// Reads every row not read yet into the record set and lets the statement go.
+    /// Reads every row not read yet into the record set and lets the statement go; nothing for a
+    /// cursor that reads by name.
     void readRemaining();
 
 private:
@@ -56,6 +58,8 @@ private:
     std::deque<std::vector<Variant>> readAhead_;
     bool hasRow_ = false;
     bool anyRow_ = false;
+    /// The cursor reads its fields by name: the current row stays with it.
+    bool byName_ = false;
     /// Field names as asked for, with the column each resolved to.
     mutable std::vector<std::pair<std::string, std::size_t>> resolved_;
 };

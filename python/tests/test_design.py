@@ -117,9 +117,9 @@ def test_an_evaluation_matches_the_command_line(readings, tmp_path):
 
 def test_evaluation_settings_match_the_command_lines_options():
     readings = SOURCE_DIR / "examples" / "evaluations" / "north-2024.txt"
-    cli = cli_evaluation(readings, "--gauge-diameter", "0.1", "--inner-radius", "20", "--last-span-end", "150",
+    cli = cli_evaluation(readings, "--gauge-diameter", "0.1", "--inner-radius", "35", "--last-span-end", "350",
                          "--outlier", "10")
-    evaluation = caudalis.evaluate(readings, gauge_diameter=0.1, inner_radius=20, last_span_end=150,
+    evaluation = caudalis.evaluate(readings, gauge_diameter=0.1, inner_radius=35, last_span_end=350,
                                    outlier_percent=10)
     assert_close(evaluation.document, cli)
     assert any(row["reason"] == "inside_inner_radius" for row in evaluation.document["left_out"])

@@ -95,13 +95,14 @@ std::shared_ptr<Aspersor> benchNozzle() {
     return AspersoresStatic().newAspersor("bench nozzle", 0.0045, 0.5, 50, 500, 0.03, 0.1, model);
 }
 
-/// Nozzles of one model whose flows at 300 kPa step from 0.01 to 0.2 l/s.
+/// Nozzles of one model whose flows at 300 kPa run from 0.01 to 0.2 l/s, each size 5 % more than
+/// the one before.
 CollectionRef benchNozzleSizes() {
     modelo model;
     model.nome = "bench";
     auto nozzles = Collection::create();
-    for (int size = 1; size <= 20; ++size) {
-        const double a = 0.01 * size / std::sqrt(300.0);
+    for (int size = 0; 0.01 * std::pow(1.05, size) <= 0.2; ++size) {
+        const double a = 0.01 * std::pow(1.05, size) / std::sqrt(300.0);
         nozzles->Add(
             Variant(AspersoresStatic().newAspersor("bench " + std::to_string(size), a, 0.5, 50, 500,
                                                    a * std::sqrt(50.0), a * std::sqrt(500.0), model)));

@@ -89,7 +89,9 @@ void bindDesignRun(py::module_& services) {
     py::class_<DesignResult>(services, "DesignResult", doc("design.DesignResult"))
         .def_readonly("design", &DesignResult::design)
         .def_readonly("chart", &DesignResult::chart, doc("design.DesignResult.chart"))
-        .def("json", &JsonReport::text, doc("design.JsonReport.text"))
+        .def(
+            "json", [](const DesignResult& result) { return JsonReport::text(result); },
+            doc("design.JsonReport.text"))
         .def("csv", &written<CsvReport>, "The outlets as CSV, as the command line writes them.")
         .def("text", &written<TextReport>, "The sprinkler chart as the command line prints it.");
     py::class_<WettedDiameters>(services, "WettedDiameters", doc("design.WettedDiameters"))
@@ -101,7 +103,7 @@ void bindDesignRun(py::module_& services) {
         [](const DesignDescription& description, const CollectionRef& nozzles, long maxPasses,
            std::map<Long, double> wettedDiameters) {
             InMemoryNozzleSource source(nozzles, std::move(wettedDiameters));
-            return DesignRunner(DesignOptions{maxPasses}).run(description, source);
+            return DesignRunner(DesignOptions{maxPasses, std::nullopt}).run(description, source);
         },
         py::arg("description"), py::arg("nozzles"), py::arg("maxPasses") = DesignOptions{}.maxPasses,
         py::arg("wettedDiameters") = std::map<Long, double>{},

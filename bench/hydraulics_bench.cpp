@@ -11,6 +11,7 @@
 #include "caudalis/catalogue/AspersoresStatic.hpp"
 #include "caudalis/caudalis.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
+#include "caudalis/design/NozzlePackageStrategy.hpp"
 #include "caudalis/hydraulics/CalculosStrategy.hpp"
 #include "caudalis/hydraulics/Drops.hpp"
 #include "caudalis/hydraulics/PivotWrapper.hpp"
@@ -81,7 +82,7 @@ pivot thousandOutletMachine() {
     return machine;
 }
 
-std::shared_ptr<PivotWrapper> wrappedMachine(const std::shared_ptr<FixedNozzleStrategy>& strategy) {
+std::shared_ptr<PivotWrapper> wrappedMachine(const std::shared_ptr<CalculosStrategy>& strategy) {
     auto wrapper = Statics::application()->newPivotWrapper(thousandOutletMachine(), strategy);
     wrapper->setDrop(Drops::shared()->newDrop(20, 2.5, PipeMaterial{1, "hose", 140}));
     wrapper->installDrop();
@@ -92,6 +93,21 @@ std::shared_ptr<Aspersor> benchNozzle() {
     modelo model;
     model.nome = "bench";
     return AspersoresStatic().newAspersor("bench nozzle", 0.0045, 0.5, 50, 500, 0.03, 0.1, model);
+}
+
+/// Nozzles of one model whose flows at 300 kPa run from 0.01 to 0.2 l/s, each size 5 % more than
+/// the one before.
+CollectionRef benchNozzleSizes() {
+    modelo model;
+    model.nome = "bench";
+    auto nozzles = Collection::create();
+    for (int size = 0; 0.01 * std::pow(1.05, size) <= 0.2; ++size) {
+        const double a = 0.01 * std::pow(1.05, size) / std::sqrt(300.0);
+        nozzles->Add(
+            Variant(AspersoresStatic().newAspersor("bench " + std::to_string(size), a, 0.5, 50, 500,
+                                                   a * std::sqrt(50.0), a * std::sqrt(500.0), model)));
+    }
+    return nozzles;
 }
 
 void BM_MarchPasses(benchmark::State& state) {
@@ -120,6 +136,21 @@ void BM_CalculateToConvergence(benchmark::State& state) {
         static_cast<double>(strategy->outlets) / (1000.0 * static_cast<double>(state.iterations()));
 }
 BENCHMARK(BM_CalculateToConvergence)->Unit(benchmark::kMicrosecond);
+
+/// `calculate` to convergence with the design's strategy choosing among twenty nozzle sizes: the
+/// run python/bench/march_bench.py repeats through the Python package (same machine, same
+/// nozzles), so that the cost of the bindings shows beside this figure. `passes` and
+/// `delivered_lps` tell both runs are the same.
+void BM_CalculateWithNozzlePackage(benchmark::State& state) {
+    auto strategy = std::make_shared<design::NozzlePackageStrategy>(benchNozzleSizes(), 0.1, 1000);
+    auto wrapper = wrappedMachine(strategy);
+    for (auto _ : state) {
+        wrapper->calculate();
+    }
+    state.counters["passes"] = static_cast<double>(strategy->passes());
+    state.counters["delivered_lps"] = wrapper->totalComputedDischarge();
+}
+BENCHMARK(BM_CalculateWithNozzlePackage)->Unit(benchmark::kMicrosecond);
 
 /// The yardstick of the march: the arithmetic of one pass written as a plain loop, with the
 /// seven `pow` calls per outlet that the Hazen-Williams law (pipe and drop hose) and the nozzle

@@ -17,18 +17,22 @@ def _description(source):
     raise TypeError(f"design() takes a design file path or a dict, not {type(source).__name__}")
 
 
-def _nozzles(catalogue):
+def _catalogue(catalogue):
+    """The nozzles and the wetted diameter of each model (by model id) a design may use."""
     if isinstance(catalogue, _caudalis.Collection):
-        return catalogue
+        return catalogue, {}
     if isinstance(catalogue, (list, tuple)):
         collection = _caudalis.Collection()
         for nozzle in catalogue:
             collection.Add(nozzle)
-        return collection
+        return collection, {}
     path = os.fspath(catalogue)
     if not os.path.isfile(path):
         raise FileNotFoundError(f"catalogue database {path} does not exist (make one with `caudalis init`)")
-    return _caudalis.Statics.application().Aspersores().find(path)
+    with _caudalis.Connection(path) as connection:
+        connection.Open()
+        wetted_diameters = services.WettedDiameters.load(connection)
+    return _caudalis.Statics.application().Aspersores().find(path), wetted_diameters
 
 
 class DesignResult:
@@ -86,9 +90,13 @@ def _outlet_row(outlet):
     return row
 
 
-def design(source, catalogue="catalogue.db", max_passes=1000):
-    """Runs a design: `source` is a design file's path or a dict of the same shape;
-    `catalogue` is a catalogue database's path (default ./catalogue.db, as the command line)
-    or the nozzles themselves (a `Collection` or a list of `Aspersor`)."""
+def design(source, catalogue="catalogue.db", max_passes=1000, wetted_diameters=None):
+    """Runs a design as `caudalis design` does: `source` is a design file's path or a dict of
+    the same shape; `catalogue` is a catalogue database's path (default ./catalogue.db, as the
+    command line; its models' wetted diameters come with it) or the nozzles themselves (a
+    `Collection` or a list of `Aspersor`). `wetted_diameters` ({model id: metres}) adds to or
+    replaces the catalogue's."""
     description = _description(source)
-    return DesignResult(services.run(description, _nozzles(catalogue), max_passes))
+    nozzles, known_diameters = _catalogue(catalogue)
+    known_diameters.update(wetted_diameters or {})
+    return DesignResult(services.run(description, nozzles, max_passes, known_diameters))

@@ -1,118 +1,133 @@
-"""`caudalis.evaluate(...)`: catch-can readings of a field test turned into water depths and
-their distance-weighted uniformity, with a plot of measured (and designed) depths.
+"""`caudalis.evaluate(...)`: the catch-can readings of a field test evaluated by the library's
+field-evaluation service, as `caudalis evaluate --json` evaluates them, with tables and a plot
+of the measured (and designed) depths.
 
-Readings are "amount distance" lines (ml, m, "." as decimal point); the machine's two passes
-are separated by a blank line or given as two sources. Lines starting with "#" are comments.
+Readings are a `.csv` file with named columns, or one or two files in the text form ("amount
+distance" lines, ml and m, "." as decimal point, "#" comments, the two radial lines separated
+by a blank line or given as two files), or a list of (amount ml, distance m) pairs.
 """
+import json
 import os
 
-from . import _caudalis
 from ._caudalis import services
 from ._plots import plot_evaluation
 from ._tables import table
 
-FLAG_LIMIT_PERCENT = 20.0
+ReadingsError = services.ReadingsError
+
+_REASONS = {
+    services.ExclusionReason.Invalid: "invalid",
+    services.ExclusionReason.CrewFlag: "crew",
+    services.ExclusionReason.InsideRadius: "inside_inner_radius",
+}
 
 
-class ReadingsError(ValueError):
-    """A readings source that cannot be read: names the source and line at fault."""
+def _is_csv(path):
+    return os.fspath(path).lower().endswith(".csv")
 
 
-def _parse_line(text, source, number):
-    pieces = text.split(" ")
-    if len(pieces) != 2 or not all(_is_number(piece) for piece in pieces):
-        raise ReadingsError(f'{source} line {number}: "{text}" is not a reading '
-                            '(amount, one space, distance; "." as decimal point)')
-    return _caudalis.FieldSamples.shared().Parse(text)
-
-
-def _is_number(text):
-    try:
-        float(text)
-    except ValueError:
-        return False
-    return True
-
-
-def _passes_of_text(text, source):
-    passes, starts_pass = [], True
-    for number, line in enumerate(text.splitlines(), start=1):
-        content = line.strip(" \t\r")
-        if not content:
-            starts_pass = True
-        elif not content.startswith("#"):
-            if starts_pass:
-                passes.append([])
-                starts_pass = False
-            passes[-1].append(_parse_line(content, source, number))
-    return passes
-
-
-def _passes_of(source):
+def _text_of(source):
+    """A `ReadingsText` of a readings file's path, or of (amount, distance) pairs."""
     if isinstance(source, (str, os.PathLike)):
         path = os.fspath(source)
-        try:
-            with open(path, encoding="utf-8") as readings:
-                return _passes_of_text(readings.read(), path)
-        except OSError as error:
-            raise ReadingsError(f"readings file {path} cannot be read: {error.strerror}") from None
-    pairs = [_caudalis.FieldSamples.shared().newFieldSample(float(a), float(d)) for a, d in source]
-    return [pairs] if pairs else []
+        return services.ReadingsText(path, services.readTextFile(path, "readings file"))
+    lines = [f"{float(amount)!r} {float(distance)!r}" for amount, distance in source]
+    return services.ReadingsText("readings", "\n".join(lines) + "\n")
+
+
+def _readings(sources, gauge_diameter):
+    if any(isinstance(s, (str, os.PathLike)) and _is_csv(s) for s in sources):
+        if len(sources) != 1:
+            raise ValueError("a CSV readings file holds both radial lines (a line column): give it alone")
+        return services.FieldReadingsCsv.read(_text_of(sources[0]), gauge_diameter)
+    if not gauge_diameter or gauge_diameter <= 0:
+        raise ValueError("readings in the text form are volumes in ml: give gauge_diameter, "
+                         "the catch cans' opening in metres, > 0")
+    return services.FieldReadingsText.read([_text_of(s) for s in sources], gauge_diameter)
+
+
+def _figures(figures):
+    return dict(services.CatchCanStatistics.named(figures))
+
+
+def _reading(reading):
+    return {"line": reading.line, "collector": reading.collector, "file": reading.source,
+            "file_line": reading.sourceLine, "amount": reading.sample.collectedAmount,
+            "distance_m": reading.sample.distanceFromCenter,
+            "depth_mm": None if reading.depth.p_null else reading.depth.depth, "crew_flag": reading.crewExclusion}
+
+
+def _document(name, readings, result):
+    """The evaluation as `caudalis evaluate --json` writes it."""
+    settings = result.settings
+    return {
+        "name": name, "readings": result.readings,
+        "amounts": "ml" if readings.amounts == services.StoredAmount.VolumeMl else "mm",
+        "gauge_diameter_m": readings.gaugeDiameterM, "inner_radius_m": settings.innerRadiusM,
+        "last_span_end_m": settings.lastSpanEndM, "outlier_percent": settings.outlierPercent,
+        "expected_depth_mm": settings.expectedDepthMm,
+        "applied_percent_of_expected": result.appliedPercentOfExpected,
+        "lines": [{"line": line.line, "name": line.name, "figures": _figures(line.figures)} for line in result.lines],
+        "lines_mean": _figures(result.lineAverage), "together": _figures(result.together),
+        "end_gun_zone": _figures(result.endGunZone) if result.endGunZone is not None else None,
+        "left_out": [dict(_reading(e.reading), reason=_REASONS[e.reason]) for e in result.excluded],
+        "outliers": [dict(_reading(o.reading), deviation_percent=o.deviationPercent) for o in result.outliers],
+        "collectors": [_reading(reading) for reading in readings.readings],
+        "comparison": None,
+    }
 
 
 class Evaluation:
-    """Field-test figures: `summary` (dict), `readings` (table of every reading with its pass,
-    depth and whether it counts), `excluded` and `flagged` (readings left out, and readings
-    more than 20 % off the mean) and `plot()`."""
+    """A field test's figures: `document` (what `caudalis evaluate --json` writes), `summary`
+    (the figures of both lines together, with the name and the applied % of expected),
+    `lines` (each line's figures), `collectors`, `left_out` and `outliers` (tables), `result`
+    (the library's `FieldEvaluationResult`), `json()` and `plot()`."""
 
-    def __init__(self, passes, gauge_diameter_m, name):
+    def __init__(self, name, readings, result):
         self.name = name
-        statics = _caudalis.Statics.application()
-        gauge = statics.Pluviometros().newPluviometro(gauge_diameter_m)
-        rows, all_depths, per_pass = [], [], []
-        for index, readings in enumerate(passes, start=1):
-            depths = statics.FieldSamples().CollectionToWaterDepth(readings, gauge)
-            valid = [sample for sample in depths if statics.WaterDepths().Valid(sample)]
-            per_pass.append(services.Uniformity.meanDepth(valid))
-            all_depths += valid
-            for reading, depth in zip(readings, depths):
-                rows.append({"pass": index, "amount_ml": reading.collectedAmount,
-                             "distance_m": reading.distanceFromCenter,
-                             "depth_mm": None if depth.p_null else depth.depth, "valid": not depth.p_null})
-        together = _caudalis.BoundedArray_WaterDepthSample(all_depths)
-        mean = services.Uniformity.meanDepth(together)
-        self.summary = {
-            "gauge_diameter_m": gauge_diameter_m, "readings": len(rows), "valid_readings": len(all_depths),
-            "mean_depth_mm": mean, "mean_depth_by_pass_mm": per_pass,
-            "low_quarter_mean_mm": services.Uniformity.lowQuarterMean(together),
-            "cu_percent": services.Uniformity.heermannHein(together),
-            "du_percent": services.Uniformity.lowQuarter(together),
-        }
-        self._rows = rows
-        self.readings = table(rows)
-        self.excluded = table([row for row in rows if not row["valid"]])
-        self.flagged = table([row for row in rows if row["valid"] and mean
-                              and abs(row["depth_mm"] / mean - 1) * 100 > FLAG_LIMIT_PERCENT])
+        self.result = result
+        self.document = _document(name, readings, result)
+        self.summary = {"name": name, "readings": result.readings, **self.document["together"],
+                        "applied_percent_of_expected": result.appliedPercentOfExpected}
+        self.lines = table([{"line": line["line"], "name": line["name"], **line["figures"]}
+                            for line in self.document["lines"]])
+        self.collectors = table(self.document["collectors"])
+        self.left_out = table(self.document["left_out"])
+        self.outliers = table(self.document["outliers"])
+
+    def json(self):
+        return json.dumps(self.document, indent=2)
 
     def plot(self, path=None, designed=None):
         """Measured depths along the radius, beside the designed ones of a `DesignResult`
         when given; written to `path` (PNG or SVG) when given. Returns the figure."""
-        return plot_evaluation(self, self._rows, path, designed)
+        return plot_evaluation(self, self.document["collectors"], path, designed)
 
     def __repr__(self):
-        return f"<Evaluation {self.name!r}: {self.summary['valid_readings']} readings>"
+        return f"<Evaluation {self.name!r}: {self.summary['collectors']} collectors count>"
 
 
-def evaluate(readings, second=None, gauge_diameter=None, name=None):
-    """Evaluates a field test: `readings` is a readings file's path (one or two passes) or a
-    list of (amount ml, distance m) pairs; `second` an optional second pass given apart;
-    `gauge_diameter` the catch cans' opening in metres."""
-    if not gauge_diameter or gauge_diameter <= 0:
-        raise ValueError("gauge_diameter must be the catch cans' opening in metres, > 0")
-    passes = _passes_of(readings) + (_passes_of(second) if second is not None else [])
-    if not passes:
-        raise ReadingsError(f"{readings} holds no readings")
-    if len(passes) > 2:
-        raise ReadingsError(f"{readings} holds {len(passes)} passes separated by blank lines; at most two")
-    default_name = os.path.basename(os.fspath(readings)) if isinstance(readings, (str, os.PathLike)) else "readings"
-    return Evaluation(passes, gauge_diameter, name or default_name)
+def _default_name(readings):
+    if isinstance(readings, (str, os.PathLike)):
+        return os.path.splitext(os.path.basename(os.fspath(readings)))[0]
+    return "readings"
+
+
+def evaluate(readings, second=None, gauge_diameter=None, name=None, inner_radius=0.0, last_span_end=None,
+             outlier_percent=20.0, expected_depth=None):
+    """Evaluates a field test as `caudalis evaluate` does: `readings` is a readings file's path
+    (text form or `.csv`) or a list of (amount ml, distance m) pairs; `second` an optional
+    second line given apart; `gauge_diameter` the catch cans' opening in metres (needed for
+    volumes without a collector area column); `inner_radius` (m) leaves the collectors nearer
+    the centre out; collectors beyond `last_span_end` (m) are the end-gun zone; collectors more
+    than `outlier_percent` off the mean are listed; `expected_depth` (mm) is what the machine
+    should apply. Raises `ReadingsError` naming the file and line at fault."""
+    sources = [readings] + ([second] if second is not None else [])
+    field_readings = _readings(sources, gauge_diameter)
+    settings = services.FieldEvaluationSettings()
+    settings.innerRadiusM = inner_radius
+    settings.lastSpanEndM = last_span_end
+    settings.outlierPercent = outlier_percent
+    settings.expectedDepthMm = expected_depth
+    result = services.FieldEvaluator.evaluate(field_readings, settings)
+    return Evaluation(name or _default_name(readings), field_readings, result)

@@ -51,10 +51,10 @@ def plot_design(result, path, wet_diameter_m):
 def plot_evaluation(evaluation, rows, path, designed):
     figure, depth = _figure(1)
     figure.suptitle(evaluation.name)
-    for index in sorted({row["pass"] for row in rows}):
-        valid = [row for row in rows if row["pass"] == index and row["valid"]]
+    for line in sorted({row["line"] for row in rows}):
+        valid = [row for row in rows if row["line"] == line and row["depth_mm"] is not None]
         depth.plot([r["distance_m"] for r in valid], [r["depth_mm"] for r in valid], marker="o", linestyle="",
-                   label=f"measured, pass {index}")
+                   label=f"measured, line {line}")
     mean = evaluation.summary["mean_depth_mm"]
     if mean:
         depth.axhline(mean, color="grey", linestyle=":", label=f"measured mean {mean:.1f} mm")

@@ -25,5 +25,7 @@ void bindHydraulics(py::module_& m);
 void bindCharts(py::module_& m);
 void bindEvaluation(py::module_& m);
 void bindDesign(py::module_& m);
+/// The field-evaluation services, in the `services` submodule made by `bindDesign`.
+void bindFieldEvaluation(py::module_& services);
 
 }  // namespace caudalis::python

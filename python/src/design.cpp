@@ -15,6 +15,7 @@
 #include "caudalis/design/NozzlePackageStrategy.hpp"
 #include "caudalis/design/TextReport.hpp"
 #include "caudalis/design/Uniformity.hpp"
+#include "caudalis/design/WettedDiameters.hpp"
 
 namespace caudalis::python {
 
@@ -93,14 +94,22 @@ void bindDesignRun(py::module_& services) {
             doc("design.JsonReport.text"))
         .def("csv", &written<CsvReport>, "The outlets as CSV, as the command line writes them.")
         .def("text", &written<TextReport>, "The sprinkler chart as the command line prints it.");
+    py::class_<WettedDiameters>(services, "WettedDiameters", doc("design.WettedDiameters"))
+        .def_static("load", &WettedDiameters::load, py::arg("catalogue"), doc("design.WettedDiameters.load"))
+        .def_static("available", &WettedDiameters::available, py::arg("catalogue"),
+                    doc("design.WettedDiameters.available"));
     services.def(
         "run",
-        [](const DesignDescription& description, const CollectionRef& nozzles, long maxPasses) {
-            InMemoryNozzleSource source(nozzles);
+        [](const DesignDescription& description, const CollectionRef& nozzles, long maxPasses,
+           std::map<Long, double> wettedDiameters) {
+            InMemoryNozzleSource source(nozzles, std::move(wettedDiameters));
             return DesignRunner(DesignOptions{maxPasses, std::nullopt}).run(description, source);
         },
         py::arg("description"), py::arg("nozzles"), py::arg("maxPasses") = DesignOptions{}.maxPasses,
-        doc("design.DesignRunner"));
+        py::arg("wettedDiameters") = std::map<Long, double>{},
+        "Runs `description` with `nozzles` (and the wetted diameter of each model by model id, as a "
+        "catalogue database's `model_wetted_diameters` gives them) through the design runner the "
+        "command line uses.");
 }
 
 void bindStrategyAndUniformity(py::module_& services) {
@@ -129,6 +138,7 @@ void bindDesign(py::module_& m) {
     bindDesignError(services);
     bindDesignRun(services);
     bindStrategyAndUniformity(services);
+    bindFieldEvaluation(services);
 }
 
 }  // namespace caudalis::python

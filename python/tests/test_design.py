@@ -95,25 +95,57 @@ def test_a_design_plot_is_written_to_png(catalogue, tmp_path):
     assert rates[-1] > rates[0] > 0
 
 
-@pytest.mark.parametrize("readings", sorted((SOURCE_DIR / "examples" / "evaluations").glob("*.txt")),
-                         ids=lambda p: p.name)
+READINGS = sorted((SOURCE_DIR / "examples" / "evaluations").glob("*.*"))
+
+
+def cli_evaluation(*arguments):
+    return json.loads(subprocess.run([CLI, "evaluate", *map(str, arguments), "--json"],
+                                     check=True, capture_output=True, text=True).stdout)
+
+
+@pytest.mark.parametrize("readings", READINGS, ids=lambda p: p.name)
 def test_an_evaluation_matches_the_command_line(readings, tmp_path):
-    cli = json.loads(subprocess.run([CLI, "evaluate", str(readings), "--gauge-diameter", "0.1", "--json"],
-                                    check=True, capture_output=True, text=True).stdout)
+    cli = cli_evaluation(readings, "--gauge-diameter", "0.1")
     evaluation = caudalis.evaluate(readings, gauge_diameter=0.1)
-    assert evaluation.summary["cu_percent"] == pytest.approx(cli["cu_heermann_hein_percent"], rel=1e-12)
-    assert evaluation.summary["du_percent"] == pytest.approx(cli["du_low_quarter_percent"], rel=1e-12)
-    assert evaluation.summary["mean_depth_mm"] == pytest.approx(cli["mean_depth_mm"], rel=1e-12)
-    assert len(evaluation.flagged) == len(cli["flagged"])
+    assert_close(evaluation.document, cli)
+    assert evaluation.summary["cu_hh_percent"] == cli["together"]["cu_hh_percent"]
+    assert len(evaluation.collectors) == len(cli["collectors"])
     path = tmp_path / "evaluation.png"
     evaluation.plot(path)
     assert path.read_bytes()[:4] == b"\x89PNG" and non_white_fraction(path)[0] > 0.01
 
 
-def test_bad_readings_name_the_line(tmp_path):
+def test_evaluation_settings_match_the_command_lines_options():
+    readings = SOURCE_DIR / "examples" / "evaluations" / "north-2024.txt"
+    cli = cli_evaluation(readings, "--gauge-diameter", "0.1", "--inner-radius", "35", "--last-span-end", "350",
+                         "--outlier", "10")
+    evaluation = caudalis.evaluate(readings, gauge_diameter=0.1, inner_radius=35, last_span_end=350,
+                                   outlier_percent=10)
+    assert_close(evaluation.document, cli)
+    assert any(row["reason"] == "inside_inner_radius" for row in evaluation.document["left_out"])
+    assert evaluation.document["end_gun_zone"] is not None
+
+
+def test_pairs_evaluate_like_their_text(tmp_path):
+    pairs = [(120.5, 3), (118.25, 6), (131, 9), (0.1 + 0.2, 12), (122, 15)]
+    path = tmp_path / "pairs.txt"
+    path.write_text("".join(f"{a!r} {d!r}\n" for a, d in pairs))
+    from_pairs = caudalis.evaluate(pairs, gauge_diameter=0.1).document
+    from_file = caudalis.evaluate(path, gauge_diameter=0.1).document
+    assert from_pairs["together"] == from_file["together"]
+    assert [c["amount"] for c in from_pairs["collectors"]] == [a for a, _ in pairs]
+
+
+def test_bad_readings_name_the_file_and_line(tmp_path):
     path = tmp_path / "r.txt"
     path.write_text("10 5\n12,5 6\n")
-    with pytest.raises(caudalis.ReadingsError, match="line 2"):
+    with pytest.raises(caudalis.ReadingsError, match=r"r\.txt line 2") as raised:
         caudalis.evaluate(path, gauge_diameter=0.1)
+    assert isinstance(raised.value, ValueError)
     with pytest.raises(ValueError, match="gauge_diameter"):
         caudalis.evaluate(path, gauge_diameter=0)
+    with pytest.raises(caudalis.services.DesignError, match="nowhere.txt"):
+        caudalis.evaluate(tmp_path / "nowhere.txt", gauge_diameter=0.1)
+    csv = SOURCE_DIR / "examples" / "evaluations" / "small-2025.csv"
+    with pytest.raises(ValueError, match="give it alone"):
+        caudalis.evaluate(csv, second=path, gauge_diameter=0.1)

@@ -143,9 +143,11 @@ NozzleChoice NozzleSet::choose(double pressure, double flow, double tolerance, N
 
 double NozzleSet::smallestRatedFlow(double pressure) const {
     double smallest = std::numeric_limits<double>::infinity();
-    forEachRated(pressure, [&](const std::shared_ptr<Aspersor>& nozzle) {
-        smallest = std::min(smallest, nozzle->calculate(pressure));
-    });
+    for (const auto& group : groups_) {
+        if (group.holds(pressure)) {
+            smallest = std::min(smallest, group.smallestFlow(pressure));
+        }
+    }
     return smallest;
 }
 

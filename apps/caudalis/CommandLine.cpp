@@ -156,6 +156,8 @@ void CommandLine::defineEvaluate(CLI::App& app) {
                        "store the evaluation and its figures in the project database");
     addProjectOption(*evaluate, o.projectPath, "project database for --save, list and show");
     evaluate->add_flag("--json", o.json, "print everything as JSON");
+    evaluate->add_option("--report", o.reportPath,
+                         "write the evaluation as one self-contained HTML page (plot and figures)");
     evaluate->add_subcommand("list", "list the stored evaluations with their CU and DU");
     evaluate->add_subcommand("show", "print a stored evaluation and its figures")
         ->add_option("id", o.evaluationId, "evaluation key (see evaluate list)")

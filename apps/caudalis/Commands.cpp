@@ -244,6 +244,9 @@ void CommandLine::evaluateReadings() {
     } else {
         EvaluationReport::write(out_, outcome);
     }
+    if (!o.reportPath.empty()) {
+        writeReport(o.reportPath, EvaluationReport::document(outcome));
+    }
     const auto invalid =
         std::count_if(outcome.result.excluded.begin(), outcome.result.excluded.end(),
                       [](const auto& e) { return e.reason == design::ExclusionReason::Invalid; });

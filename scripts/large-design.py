@@ -11,8 +11,12 @@ import math
 import os
 import random
 
-SPANS = 20
-SPAN_LENGTH_M = 60.0
+# Outlets 30 cm apart, the closest a design file allows; spans of 90 m, under the 100 m a
+# design file allows; so 30,000 outlets make a machine of 100 spans and 9 km, with a pipe wide
+# enough to carry the flow that far.
+SPANS = 100
+SPAN_LENGTH_M = 90.0
+PIPE_DIAMETER_MM = 400.0
 PRESSURE_KPA = 400.0
 
 
@@ -34,12 +38,14 @@ def nozzle_rows(count, rng):
 
 def design(outlets):
     spacing_cm = SPANS * SPAN_LENGTH_M * 100.0 / outlets
+    if spacing_cm < 30:
+        raise SystemExit("at most %d outlets: design files keep outlets 30 cm apart" % (SPANS * SPAN_LENGTH_M / 0.3))
     spans = []
     for i in range(SPANS):
         spans.append({
             "id": i + 1,
             "length_m": SPAN_LENGTH_M,
-            "diameter_mm": 203.2 if i < 10 else 168.3,
+            "diameter_mm": PIPE_DIAMETER_MM,
             "outlet_spacing_cm": spacing_cm,
             "end_elevation_m": 100.0 + 2.0 * math.sin(i / 3.0),
         })

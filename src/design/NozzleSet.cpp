@@ -56,15 +56,48 @@ bool NozzleSet::RangeGroup::holds(double pressure) const {
     return pressure >= first->pmin() && !first->isHighPressure(pressure);
 }
 
+const NozzleFlowIndex& NozzleSet::RangeGroup::flowIndex() const {
+    if (!index) {
+        std::vector<std::shared_ptr<Aspersor>> members;
+        for (Long i = 1; i <= nozzles->Count(); ++i) {
+            members.push_back(nozzles->objectAt<Aspersor>(i));
+        }
+        index = std::make_shared<const NozzleFlowIndex>(members, pmin, pmax);
+    }
+    return *index;
+}
+
+std::shared_ptr<Aspersor> NozzleSet::RangeGroup::bestMatch(double pressure, double flow,
+                                                           double tolerance) const {
+    const auto& byFlow = flowIndex();
+    if (byFlow.answers(pressure, flow, tolerance)) {
+        return byFlow.bestMatch(pressure, flow, tolerance);
+    }
+    return Statics::application()->Aspersores()->getBestMatch(nozzles, pressure, flow, tolerance);
+}
+
+double NozzleSet::RangeGroup::smallestFlow(double pressure) const {
+    const auto& byFlow = flowIndex();
+    if (byFlow.covers(pressure)) {
+        return byFlow.smallestFlow(pressure);
+    }
+    double smallest = std::numeric_limits<double>::infinity();
+    for (Long i = 1; i <= nozzles->Count(); ++i) {
+        smallest = std::min(smallest, nozzles->objectAt<Aspersor>(i)->calculate(pressure));
+    }
+    return smallest;
+}
+
 void NozzleSet::add(const std::shared_ptr<Aspersor>& nozzle) {
     auto group = std::find_if(groups_.begin(), groups_.end(), [&](const RangeGroup& g) {
         return g.pmin == nozzle->pmin() && g.pmax == nozzle->pmax();
     });
     if (group == groups_.end()) {
-        groups_.push_back(RangeGroup{nozzle->pmin(), nozzle->pmax(), Collection::create()});
+        groups_.push_back(RangeGroup{nozzle->pmin(), nozzle->pmax(), Collection::create(), nullptr});
         group = groups_.end() - 1;
     }
     group->nozzles->Add(Variant(nozzle));
+    group->index.reset();
     ++count_;
     largestFlow_ = std::max(largestFlow_, nozzle->qmax());
 }
@@ -84,14 +117,13 @@ NozzleChoice NozzleSet::choose(double pressure, double flow, double tolerance, N
     if (flow <= 0) {
         return {nullptr, ChoiceReason::NoneWithinTolerance};
     }
-    const auto catalogue = Statics::application()->Aspersores();
     std::shared_ptr<Aspersor> best;
     double bound = tolerance;
     for (const auto& group : groups_) {
         if (!group.holds(pressure)) {
             continue;
         }
-        const auto match = catalogue->getBestMatch(group.nozzles, pressure, flow, tolerance);
+        const auto match = group.bestMatch(pressure, flow, tolerance);
         if (match && deviationOf(*match, pressure, flow) <= bound) {
             best = match;
             bound = deviationOf(*match, pressure, flow);
@@ -111,9 +143,11 @@ NozzleChoice NozzleSet::choose(double pressure, double flow, double tolerance, N
 
 double NozzleSet::smallestRatedFlow(double pressure) const {
     double smallest = std::numeric_limits<double>::infinity();
-    forEachRated(pressure, [&](const std::shared_ptr<Aspersor>& nozzle) {
-        smallest = std::min(smallest, nozzle->calculate(pressure));
-    });
+    for (const auto& group : groups_) {
+        if (group.holds(pressure)) {
+            smallest = std::min(smallest, group.smallestFlow(pressure));
+        }
+    }
     return smallest;
 }
 

@@ -6,6 +6,7 @@
 
 #include "caudalis/core/Collection.hpp"
 #include "caudalis/design/DesignDescription.hpp"
+#include "caudalis/design/NozzleFlowIndex.hpp"
 
 namespace caudalis {
 class Aspersor;
@@ -69,7 +70,12 @@ private:
         double pmin = 0;
         double pmax = 0;
         CollectionRef nozzles;
+        /// The nozzles indexed by flow, built on the first choice after a change.
+        mutable std::shared_ptr<const NozzleFlowIndex> index;
         bool holds(double pressure) const;
+        const NozzleFlowIndex& flowIndex() const;
+        std::shared_ptr<Aspersor> bestMatch(double pressure, double flow, double tolerance) const;
+        double smallestFlow(double pressure) const;
     };
     std::shared_ptr<Aspersor> nearestRated(double pressure, double flow) const;
     double smallestRatedFlow(double pressure) const;

@@ -30,6 +30,7 @@
 #include "caudalis/design/ReadingsError.hpp"
 #include "caudalis/design/ReadingsText.hpp"
 #include "caudalis/design/ReportLabels.hpp"
+#include "caudalis/design/StoredChartDesign.hpp"
 #include "caudalis/design/TextFile.hpp"
 #include "caudalis/design/TextReport.hpp"
 #include "caudalis/design/Uniformity.hpp"

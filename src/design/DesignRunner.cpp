@@ -114,15 +114,14 @@ void DesignRunner::fitAccessories(PivotWrapper& wrapper, const DesignDescription
     wrapper.setTimeForCompleteRevolution(design.revolutionTimeH);
 }
 
-DesignSummary DesignRunner::summarise(PivotWrapper& wrapper, DesignResult& result,
-                                      const NozzlePackageStrategy& strategy) {
+DesignSummary DesignRunner::summarise(PivotWrapper& wrapper, DesignResult& result, long passes) {
     pivot machine;
     wrapper.update(machine);
     const auto pivots = Pivots::shared();
     DesignSummary summary;
     summary.designFlowLps = machine.caudal;
     summary.computedFlowLps = wrapper.totalComputedDischarge();
-    summary.passes = strategy.passes();
+    summary.passes = passes;
     summary.hasEndGun = pivots->hasEndGun(machine);
     if (summary.hasEndGun) {
         summary.endGunPressureKpa = machine.endGun.saida.pressao_actuante;
@@ -167,19 +166,26 @@ DesignResult DesignRunner::run(const DesignDescription& design, NozzleSource& no
     fitAccessories(*wrapper, design);
     wrapper->calculate();
 
+    auto chart = wrapper->extractCarta();
+    chart->transferAcessoriesFrom(*strategy->carta());
+    chart->setEndGunBoost(wrapper->getEndGunBoost());
+    chart->setNome(design.name);
+    return gather(*wrapper, design, strategy->passes(), chart, nozzles.wettedDiameters());
+}
+
+DesignResult DesignRunner::gather(PivotWrapper& wrapper, const DesignDescription& design, long passes,
+                                  std::shared_ptr<CartaAspersores> chart,
+                                  const std::map<Long, double>& wettedDiameters) {
     DesignResult result;
     result.design = design;
     pivot machine;
-    wrapper->update(machine);
+    wrapper.update(machine);
     collectOutlets(machine, result);
     result.machine = machine;
-    result.summary = summarise(*wrapper, result, *strategy);
-    result.chart = wrapper->extractCarta();
-    result.chart->transferAcessoriesFrom(*strategy->carta());
-    result.chart->setEndGunBoost(wrapper->getEndGunBoost());
-    result.chart->setNome(design.name);
+    result.summary = summarise(wrapper, result, passes);
+    result.chart = std::move(chart);
     result.findings = DesignChecks::check(result);
-    result.analysis = DesignAnalyser::analyse(result, nozzles.wettedDiameters());
+    result.analysis = DesignAnalyser::analyse(result, wettedDiameters);
     result.findings.insert(result.findings.end(), result.analysis.findings.begin(),
                            result.analysis.findings.end());
     std::stable_sort(result.findings.begin(), result.findings.end(),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 
 #include "caudalis/design/DesignDescription.hpp"
@@ -8,12 +9,11 @@
 #include "caudalis/design/NozzleSource.hpp"
 
 namespace caudalis {
+class CartaAspersores;
 class PivotWrapper;
-}
+}  // namespace caudalis
 
 namespace caudalis::design {
-
-class NozzlePackageStrategy;
 
 /// Runs a design: builds the machine, wraps it with a `NozzlePackageStrategy` over the nozzles the
 /// source allows, fits regulators, drop hose, indicators, pluviometry check and end-gun
@@ -27,11 +27,18 @@ public:
     /// (`caudalis::Error`) pass unchanged.
     DesignResult run(const DesignDescription& design, NozzleSource& nozzles) const;
 
-private:
+    /// Fits the design's regulators, drop hose, indicators, pluviometry check, end-gun booster
+    /// and revolution time to a wrapped machine; the wrapper hands them to its strategy's chart.
     static void fitAccessories(PivotWrapper& wrapper, const DesignDescription& design);
+    /// The result of a wrapper computed (`calculate`) in `passes` passes: outlets, spans,
+    /// summary, findings and analysis, with `chart` as the result's chart.
+    static DesignResult gather(PivotWrapper& wrapper, const DesignDescription& design, long passes,
+                               std::shared_ptr<CartaAspersores> chart,
+                               const std::map<Long, double>& wettedDiameters);
+
+private:
     /// The summary figures; also fills each outlet's depths.
-    static DesignSummary summarise(PivotWrapper& wrapper, DesignResult& result,
-                                   const NozzlePackageStrategy& strategy);
+    static DesignSummary summarise(PivotWrapper& wrapper, DesignResult& result, long passes);
 
     DesignOptions options_;
 };

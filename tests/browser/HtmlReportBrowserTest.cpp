@@ -182,20 +182,24 @@ std::string designReport(TemporaryFolder& folder) {
     return path;
 }
 
+/// Screenshots a design report offline: the first series of each plot (pipe pressure, required
+/// flow, ground, depth, peak rate) is drawn in the palette's first colour, plot after plot down
+/// the page.
+void expectDesignPlotsDrawn(const std::string& html, const std::string& png) {
+    const HeadlessChromium offline({"--host-resolver-rules=MAP * ~NOTFOUND"});
+    ASSERT_EQ(offline.screenshot(html, png, 1300, 3200), 0);
+    const auto pixels = colourPixels(png, {blue, red});
+    EXPECT_GT(pixels[0].count, 5000);
+    EXPECT_GT(pixels[0].lastRow - pixels[0].firstRow, 1500);
+    EXPECT_GT(pixels[1].count, 2000);
+}
+
 }  // namespace
 
 TEST(DesignReportInBrowser, DrawsThePlotsAndPrintsTheWholePrintoutOnNumberedPages) {
     TemporaryFolder folder;
     const auto html = designReport(folder);
-    const auto png = folder.file("design.png");
-    const HeadlessChromium offline({"--host-resolver-rules=MAP * ~NOTFOUND"});
-    ASSERT_EQ(offline.screenshot(html, png, 1300, 3200), 0);
-    // The first series of each plot (pipe pressure, required flow, ground, depth, peak rate)
-    // is drawn in the palette's first colour, plot after plot down the page.
-    const auto pixels = colourPixels(png, {blue, red});
-    EXPECT_GT(pixels[0].count, 5000);
-    EXPECT_GT(pixels[0].lastRow - pixels[0].firstRow, 1500);
-    EXPECT_GT(pixels[1].count, 2000);
+    expectDesignPlotsDrawn(html, folder.file("design.png"));
     const auto pdf = folder.file("design.pdf");
     ASSERT_EQ(HeadlessChromium().printToPdf(html, pdf), 0);
     const int pages = pdfPages(pdf);
@@ -241,11 +245,5 @@ std::string storedChartReport(TemporaryFolder& folder) {
 TEST(StoredChartReportInBrowser, OpensAndDrawsThePlots) {
     TemporaryFolder folder;
     const auto html = storedChartReport(folder);
-    const auto png = folder.file("chart.png");
-    const HeadlessChromium offline({"--host-resolver-rules=MAP * ~NOTFOUND"});
-    ASSERT_EQ(offline.screenshot(html, png, 1300, 3200), 0);
-    const auto pixels = colourPixels(png, {blue, red});
-    EXPECT_GT(pixels[0].count, 5000);
-    EXPECT_GT(pixels[0].lastRow - pixels[0].firstRow, 1500);
-    EXPECT_GT(pixels[1].count, 2000);
+    expectDesignPlotsDrawn(html, folder.file("chart.png"));
 }

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+
 #include "ShippedDatabases.hpp"
 #include "TemporaryFolder.hpp"
 #include "caudalis/catalogue/AspersoresStatic.hpp"
@@ -75,6 +78,20 @@ protected:
 
 }  // namespace
 
+namespace {
+
+/// Relative difference of two values.
+double apart(double a, double b) {
+    return std::fabs(a - b) / std::max(std::fabs(a), std::fabs(b));
+}
+
+}  // namespace
+
+// What does not depend on the march (nozzles, required flows, ideal pressures, places) is the
+// same to the last bit. The march itself starts from the stored nozzles instead of choosing
+// them pass by pass, so it takes another path to the same settled state: it stops once the
+// total discharge changes by at most 1e-5 l/s between passes, and pressures and flows agree to
+// well within that (here about 1e-8 relative).
 TEST_F(StoredChartDesignTest, GivesTheOriginalPressuresAndFlows) {
     const auto rebuilt = rebuild(store());
     const auto& result = rebuilt.result;
@@ -87,22 +104,31 @@ TEST_F(StoredChartDesignTest, GivesTheOriginalPressuresAndFlows) {
         SCOPED_TRACE("outlet " + std::to_string(i + 1));
         ASSERT_TRUE(again.obj_aspersor);
         EXPECT_EQ(again.obj_aspersor->id(), first.obj_aspersor->id());
-        EXPECT_EQ(again.pressao_real, first.pressao_real);
-        EXPECT_EQ(again.pressao_actuante, first.pressao_actuante);
         EXPECT_EQ(again.caudal, first.caudal);
-        EXPECT_EQ(again.caudal_do_aspersor, first.caudal_do_aspersor);
-        EXPECT_EQ(result.analysis.pipePressuresKpa.at(i), original.analysis.pipePressuresKpa.at(i));
+        EXPECT_EQ(again.pressao_ideal, first.pressao_ideal);
+        EXPECT_EQ(again.distanciaAoPivot, first.distanciaAoPivot);
+        EXPECT_EQ(again.cota, first.cota);
+        EXPECT_LT(apart(again.pressao_real, first.pressao_real), 1e-6);
+        EXPECT_LT(apart(again.pressao_actuante, first.pressao_actuante), 1e-6);
+        EXPECT_LT(apart(again.caudal_do_aspersor, first.caudal_do_aspersor), 1e-6);
+        EXPECT_LT(apart(result.analysis.pipePressuresKpa.at(i), original.analysis.pipePressuresKpa.at(i)),
+                  1e-6);
+        EXPECT_EQ(result.outlets[i].span, original.outlets[i].span);
+        EXPECT_EQ(result.outlets[i].number, original.outlets[i].number);
     }
-    EXPECT_EQ(result.summary.computedFlowLps, original.summary.computedFlowLps);
-    EXPECT_EQ(result.summary.uniformityCoefficient, original.summary.uniformityCoefficient);
+    EXPECT_NEAR(result.summary.computedFlowLps, original.summary.computedFlowLps, 1e-5);
+    EXPECT_NEAR(*result.summary.uniformityCoefficient, *original.summary.uniformityCoefficient, 1e-6);
     EXPECT_EQ(result.design.name, original.design.name);
     EXPECT_EQ(result.spans.size(), original.spans.size());
-    EXPECT_GT(result.summary.passes, 0);
+    EXPECT_EQ(result.summary.passes, original.summary.passes);
     EXPECT_EQ(result.chart->id(), original.chart->id());
     // The depth samples are those of the recomputed chart, outlet by outlet.
     ASSERT_EQ(rebuilt.depths.count(), static_cast<Long>(result.outlets.size()));
     for (Long i = 1; i <= rebuilt.depths.count(); ++i) {
-        EXPECT_EQ(rebuilt.depths(i).depth, original.outlets[static_cast<std::size_t>(i - 1)].depthMm);
+        const auto& outlet = result.outlets[static_cast<std::size_t>(i - 1)];
+        EXPECT_EQ(rebuilt.depths(i).depth, outlet.depthMm);
+        EXPECT_LT(apart(rebuilt.depths(i).depth, original.outlets[static_cast<std::size_t>(i - 1)].depthMm),
+                  1e-6);
     }
 }
 

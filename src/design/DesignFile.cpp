@@ -9,6 +9,7 @@
 #include "JsonFields.hpp"
 #include "JsonPosition.hpp"
 #include "caudalis/design/DesignError.hpp"
+#include "caudalis/design/DesignValidation.hpp"
 #include "caudalis/design/TextFile.hpp"
 
 namespace caudalis::design {
@@ -29,16 +30,21 @@ std::string parseErrorText(const nlohmann::json::parse_error& error) {
     return text;
 }
 
-/// What is wrong with a text the JSON reader refused: a number too large for a double is named
-/// by its field; anything else is malformed JSON.
-std::string parseFailure(const std::string& text, const nlohmann::json::parse_error& error) {
+/// The JSON reader refuses a number too large for a double ("number overflow parsing
+/// '1e999'"): the message names the field that holds it.
+std::string overflowFailure(const std::string& text, const nlohmann::json::out_of_range& error) {
     const std::string what = error.what();
-    if (what.find("number overflow") != std::string::npos) {
-        const auto path = jsonPathAt(text, error.byte == 0 ? 0 : error.byte - 1);
-        return (path.empty() ? std::string("a number") : path) + " is too large (beyond " +
-               "the range of a double-precision number)";
+    const auto open = what.find('\'');
+    const auto close = what.rfind('\'');
+    std::string number;
+    std::size_t where = std::string::npos;
+    if (open != std::string::npos && close > open) {
+        number = what.substr(open + 1, close - open - 1);
+        where = text.find(number);
     }
-    return "malformed JSON: " + parseErrorText(error);
+    const auto path = where == std::string::npos ? std::string() : jsonPathAt(text, where);
+    return (path.empty() ? "a number" : path) + (number.empty() ? "" : " (" + number + ")") +
+           " is too large (beyond the range of a double-precision number)";
 }
 
 long outletCount(const SpanDescription& span) {
@@ -304,6 +310,7 @@ UnitSystem readUnits(JsonFields& root) {
 DesignDescription fromJson(const nlohmann::json& document) {
     JsonFields root(document, "");
     root.optionalText("$schema");
+    root.comment("$comment");
     DesignDescription design;
     design.units = readUnits(root);
     root.setUnits(Units(design.units));
@@ -328,6 +335,7 @@ DesignDescription fromJson(const nlohmann::json& document) {
     design.nozzleSelection = readNozzleSelection(root);
     design.checks = readChecks(root);
     root.finish();
+    DesignValidation::validate(design);
     return design;
 }
 
@@ -338,7 +346,9 @@ DesignDescription DesignFile::parse(const std::string& text, const std::string& 
     try {
         document = nlohmann::json::parse(text);
     } catch (const nlohmann::json::parse_error& error) {
-        throw DesignError::invalid(sourceName + ": " + parseFailure(text, error));
+        throw DesignError::invalid(sourceName + ": malformed JSON: " + parseErrorText(error));
+    } catch (const nlohmann::json::out_of_range& error) {
+        throw DesignError::invalid(sourceName + ": " + overflowFailure(text, error));
     }
     return fromJson(document);
 }

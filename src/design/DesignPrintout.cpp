@@ -219,7 +219,7 @@ ReportSection DesignPrintout::outlets(const DesignResult& result, const UnitText
          text.heading("acting", Quantity::Pressure), text.heading("required", Quantity::Flow),
          text.heading("delivered", Quantity::Flow), "dev %", "nozzle mm", "nozzle /128 in", "model", "nozzle",
          text.heading("drop height", Quantity::Length), "hose", "regulator",
-         text.heading("depth", Quantity::Depth), "over"},
+         text.heading("depth", Quantity::Depth), "note"},
         {},
         numericAfter(1, 11)};
     for (std::size_t i = 11; i < table.headers.size(); ++i) {
@@ -239,7 +239,7 @@ ReportSection DesignPrintout::outlets(const DesignResult& result, const UnitText
                               row.deviationPercent ? fixed(*row.deviationPercent, 1) : "n/a", nozzleSizeMm(o),
                               nozzleSize128(o), modelOf(o), nozzleOf(o), dropHeight(result, row, text),
                               hoseText(result, row, text), regulatorText(result, row, text),
-                              text.number(Quantity::Depth, row.depthMm), o.over_pressure ? "yes" : ""});
+                              text.number(Quantity::Depth, row.depthMm), outletNote(row)});
     }
     return ReportSection{"Outlets", {table}};
 }
@@ -390,6 +390,37 @@ ReportSection DesignPrintout::plots(const DesignResult& result, const UnitText& 
     return section;
 }
 
+std::string DesignPrintout::packageLine(const DesignResult& result, const UnitText& text) {
+    const auto& package = result.package;
+    std::string line = "Package: spans " + (package.spans.empty() ? std::string("-") : package.spans);
+    if (!package.inner.empty()) {
+        line += ", up to " + text.text(Quantity::Length, package.innerToDistanceM) + " " + package.inner;
+    }
+    if (!package.endGun.empty() && result.summary.hasEndGun) {
+        line += ", end gun " + package.endGun;
+    }
+    return line;
+}
+
+std::string DesignPrintout::outletNote(const OutletResult& row) {
+    std::vector<std::string> notes;
+    const bool fittedAsStored = row.reason == ChoiceReason::Stored && row.outlet.obj_aspersor;
+    if (row.reason != ChoiceReason::WithinTolerance && !fittedAsStored) {
+        notes.push_back(reasonText(row.reason));
+    }
+    if (row.starvedRegulator) {
+        notes.push_back("regulator starved");
+    }
+    if (row.outlet.over_pressure) {
+        notes.push_back("over pressure");
+    }
+    std::string note;
+    for (const auto& part : notes) {
+        note += (note.empty() ? "" : "; ") + part;
+    }
+    return note;
+}
+
 ReportDocument DesignPrintout::document(const DesignResult& result, const Units& units, bool withPlots) {
     const UnitText text(units);
     const auto& design = result.design;
@@ -401,6 +432,7 @@ ReportDocument DesignPrintout::document(const DesignResult& result, const Units&
                                 ", design flow " + text.text(Quantity::Flow, design.designFlowLps) +
                                 ", pipe C " + fixed(design.roughnessC, 0) + ", nozzles within " +
                                 fixed(design.nozzleSelection.tolerance * 100, 0) + " %");
+    document.subtitle.push_back(packageLine(result, text));
     document.sections = {findings(result), summary(result, text)};
     if (withPlots) {
         document.sections.push_back(plots(result, text));

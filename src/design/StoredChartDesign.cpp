@@ -41,6 +41,13 @@ std::string storedDesign(Connection& project, Long chartId) {
     return figures->design;
 }
 
+Finding storedChartNote(Long chartId) {
+    return {Severity::Note, "stored-chart",
+            "chart " + std::to_string(chartId) +
+                " computed again from the design file kept with it and its nozzles as stored; the chart does "
+                "not keep the nozzle package nor why each outlet got its nozzle"};
+}
+
 Finding missingNozzlesFinding(long missing) {
     return {Severity::Warning, "stored-nozzles-not-in-catalogue",
             std::to_string(missing) +
@@ -57,19 +64,23 @@ RebuiltChart StoredChartDesign::rebuild(const std::string& projectConnection, co
     const auto text = storedDesign(project, chartId);
     const long storedNozzles = countOf(project, "tb_aspersores", chartId);
     project.Close();
-    const auto design = DesignFile::parse(text, "the design stored with chart " + std::to_string(chartId));
+    auto design = DesignFile::parse(text, "the design stored with chart " + std::to_string(chartId));
 
     const auto statics = Statics::application();
     const auto chart =
         statics->CartaAspersor()->find(projectConnection, catalogue, static_cast<Integer>(chartId));
     const auto strategy = std::make_shared<MountedNozzleStrategy>(chart);
     const auto wrapper = statics->newPivotWrapper(MachineBuilder().build(design), strategy);
-    DesignRunner::fitAccessories(*wrapper, design);
+    DesignRunner::prepare(*wrapper, design);
     chart->mountAsperoresOn(*wrapper);
     wrapper->calculate();
 
     RebuiltChart rebuilt;
-    rebuilt.result = DesignRunner::gather(*wrapper, design, strategy->passes(), chart, wettedDiameters);
+    const std::vector<ChoiceReason> asStored(static_cast<std::size_t>(strategy->outletsPerPass()),
+                                             ChoiceReason::Stored);
+    rebuilt.result =
+        DesignRunner().gather(*wrapper, design, strategy->passes(), asStored, chart, wettedDiameters);
+    rebuilt.result.findings.push_back(storedChartNote(chartId));
     rebuilt.depths = wrapper->WaterDepthsSamples(false);
     rebuilt.missingNozzles = storedNozzles - static_cast<long>(chart->mountedAspersores()->Count());
     if (rebuilt.missingNozzles > 0) {

@@ -174,7 +174,7 @@ namespace {
 
 std::string designReport(TemporaryFolder& folder) {
     using namespace caudalis::design;
-    InMemoryNozzleSource source(caudalis::testing::sampleNozzles(), {{1, 12}, {2, 16}, {3, 14}, {4, 66}});
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue(), caudalis::testing::sampleWettedDiameters());
     const auto result = DesignRunner().run(
         DesignFile::load(caudalis::testing::sourcePath("examples/designs/realistic.json")), source);
     const auto path = folder.file("design.html");

@@ -2,10 +2,12 @@
 
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "caudalis/design/DesignDescription.hpp"
 #include "caudalis/design/DesignOptions.hpp"
 #include "caudalis/design/DesignResult.hpp"
+#include "caudalis/design/NozzleSet.hpp"
 #include "caudalis/design/NozzleSource.hpp"
 
 namespace caudalis {
@@ -27,16 +29,20 @@ public:
     /// (`caudalis::Error`) pass unchanged.
     DesignResult run(const DesignDescription& design, NozzleSource& nozzles) const;
 
-    /// Fits the design's regulators, drop hose, indicators, pluviometry check, end-gun booster
-    /// and revolution time to a wrapped machine; the wrapper hands them to its strategy's chart.
-    static void fitAccessories(PivotWrapper& wrapper, const DesignDescription& design);
-    /// The result of a wrapper computed (`calculate`) in `passes` passes: outlets, spans,
-    /// summary, findings and analysis, with `chart` as the result's chart.
-    static DesignResult gather(PivotWrapper& wrapper, const DesignDescription& design, long passes,
-                               std::shared_ptr<CartaAspersores> chart,
-                               const std::map<Long, double>& wettedDiameters);
+    /// Readies a wrapped machine for the march: chooses the regulators when the design asks for
+    /// automatic ones (writing them into `design.regulators`), fits the design's regulators, drop
+    /// hose, indicators, pluviometry check, end-gun booster and revolution time (the wrapper
+    /// hands them to its strategy's chart) and computes the ideal operation mode.
+    static void prepare(PivotWrapper& wrapper, DesignDescription& design);
+    /// The result of a wrapper computed (`calculate`) in `passes` passes: outlets (with
+    /// `reasons`, in march order), spans, summary, findings and analysis, with `chart` as the
+    /// result's chart.
+    DesignResult gather(PivotWrapper& wrapper, const DesignDescription& design, long passes,
+                        const std::vector<ChoiceReason>& reasons, std::shared_ptr<CartaAspersores> chart,
+                        const std::map<Long, double>& wettedDiameters) const;
 
 private:
+    static void fitAccessories(PivotWrapper& wrapper, const DesignDescription& design);
     /// The summary figures; also fills each outlet's depths.
     static DesignSummary summarise(PivotWrapper& wrapper, DesignResult& result, long passes);
 

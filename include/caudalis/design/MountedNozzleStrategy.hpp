@@ -21,6 +21,8 @@ public:
 
     /// Passes of the latest computation (complete or started).
     long passes() const noexcept;
+    /// Outlets (and the end gun) one pass visits.
+    long outletsPerPass() const noexcept { return outletsPerPass_; }
 
 private:
     std::shared_ptr<CartaAspersores> chart_;

@@ -31,11 +31,8 @@
 #include "caudalis/design/HtmlReport.hpp"
 #include "caudalis/design/JsonReport.hpp"
 #include "caudalis/design/ReadingsError.hpp"
-<<<<<<< HEAD
-#include "caudalis/design/TextFile.hpp"
-=======
 #include "caudalis/design/ReportLabels.hpp"
->>>>>>> main
+#include "caudalis/design/TextFile.hpp"
 #include "caudalis/design/TextReport.hpp"
 
 namespace caudalis::cli {
@@ -171,8 +168,7 @@ void CommandLine::runDesign() {
         writeCsv(o.csvPath, result, units);
     }
     if (!o.reportPath.empty()) {
-        writeReport(o.reportPath,
-                    design::DesignPrintout::document(result, units, true));
+        writeReport(o.reportPath, design::DesignPrintout::document(result, units, true));
     }
     for (const auto& finding : result.findings) {
         if (finding.severity != design::Severity::Note) {
@@ -226,17 +222,8 @@ void CommandLine::evaluateReadings() {
     settings.innerRadiusM = o.innerRadiusM;
     settings.lastSpanEndM = o.lastSpanEndM;
     settings.outlierPercent = o.outlierPercent;
-<<<<<<< HEAD
     outcome.design = designReference();
     if (outcome.design) {
-=======
-    if (!o.designPath.empty()) {
-        const auto description = design::DesignFile::load(o.designPath);
-        const auto source = services_.nozzleSource(o.cataloguePath);
-        outcome.design =
-            EvaluationDesign::reference(o.designPath, computeDesign(description, *source, design::DesignOptions{o.maxPasses, std::nullopt}),
-                                        o.timerPercent, o.wettedDiameterM);
->>>>>>> main
         settings.expectedDepthMm = outcome.design->expectedDepthMm;
         if (!settings.lastSpanEndM) {
             settings.lastSpanEndM = outcome.design->lastSpanEndM;
@@ -285,8 +272,9 @@ std::optional<DesignReference> CommandLine::designReference() {
     }
     const auto description = design::DesignFile::load(o.designPath);
     const auto source = services_.nozzleSource(o.cataloguePath);
-    return EvaluationDesign::reference(o.designPath, computeDesign(description, *source, o.maxPasses),
-                                       o.timerPercent, o.wettedDiameterM);
+    return EvaluationDesign::reference(
+        o.designPath, computeDesign(description, *source, design::DesignOptions{o.maxPasses, std::nullopt}),
+        o.timerPercent, o.wettedDiameterM);
 }
 
 void CommandLine::listNozzles() {

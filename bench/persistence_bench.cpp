@@ -219,4 +219,35 @@ void BM_ChartSaveAndFindAgainstRawSqlite(benchmark::State& state) {
 }
 BENCHMARK(BM_ChartSaveAndFindAgainstRawSqlite)->Unit(benchmark::kMillisecond);
 
+/// A stored chart computed again (`StoredChartDesign::rebuild`: the chart and its design read
+/// back, the machine computed with the stored nozzles), beside its yardstick, the design run
+/// of the same file that chose those nozzles.
+void BM_RebuildStoredChartAgainstDesignRun(benchmark::State& state) {
+    BenchDatabases databases;
+    const auto text = design::readTextFile(
+        (std::filesystem::path(CAUDALIS_SOURCE_DIR) / "examples/designs/realistic.json").string(),
+        "design file");
+    const auto description = design::DesignFile::parse(text, "realistic.json");
+    design::InMemoryNozzleSource source(AspersoresStatic().find(databases.catalogueConnection()));
+    const auto designed = design::DesignRunner().run(description, source);
+    CartaAspersoresStatic().saveAsNew(databases.projectConnection(), 1, *designed.chart);
+    auto figures = design::ChartFigures::of(designed);
+    figures.design = text;
+    Connection project(databases.projectConnection());
+    project.Open();
+    design::ChartFigures::save(project, designed.chart->id(), figures);
+    project.Close();
+    bench::PairedTiming timing;
+    for (auto _ : state) {
+        timing.library([&] {
+            benchmark::DoNotOptimize(design::StoredChartDesign::rebuild(
+                databases.projectConnection(), databases.catalogueFile(), designed.chart->id()));
+        });
+        timing.yardstick([&] { benchmark::DoNotOptimize(design::DesignRunner().run(description, source)); });
+        timing.addUnits(static_cast<double>(designed.outlets.size()));
+    }
+    timing.report(state);
+}
+BENCHMARK(BM_RebuildStoredChartAgainstDesignRun)->Unit(benchmark::kMillisecond);
+
 }  // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -7,6 +8,7 @@
 
 #include "caudalis/core/Records.hpp"
 #include "caudalis/design/ChartFigures.hpp"
+#include "caudalis/design/StoredChartDesign.hpp"
 
 namespace caudalis {
 class CartaAspersores;
@@ -49,6 +51,9 @@ public:
     virtual LoadedChart find(Long id) = 0;
     /// Deletes the chart `id`; raises `InputError` when there is none.
     virtual void destroy(Long id) = 0;
+    /// The chart `id` computed again from the design kept with it, with the wetted diameters
+    /// (m, by model id) of the catalogue; raises `InputError` when there is no such chart.
+    virtual design::RebuiltChart rebuild(Long id, const std::map<Long, double>& wettedDiameters) = 0;
 };
 
 }  // namespace caudalis::cli

@@ -141,7 +141,11 @@ void CommandLine::defineEvaluate(CLI::App& app) {
         ->check(CLI::PositiveNumber)
         ->capture_default_str();
     evaluate->add_option("--design", o.designPath, "lay the readings over this design file's depth profile");
-    addCatalogueOption(*evaluate, o.cataloguePath, "catalogue database of nozzles for --design");
+    evaluate
+        ->add_option("--chart", o.evaluationChartId,
+                     "lay the readings over the depth profile of this stored chart (see chart list)")
+        ->check(CLI::Range(1L, maxChartId));
+    addCatalogueOption(*evaluate, o.cataloguePath, "catalogue database of nozzles for --design and --chart");
     evaluate->add_option("--timer", o.timerPercent, "the drive's timer setting during the test, %")
         ->check(CLI::Range(1.0, 100.0))
         ->capture_default_str();
@@ -154,7 +158,7 @@ void CommandLine::defineEvaluate(CLI::App& app) {
                          "name of the evaluation (default: the readings file's name)");
     evaluate->add_flag("--save", o.saveEvaluation,
                        "store the evaluation and its figures in the project database");
-    addProjectOption(*evaluate, o.projectPath, "project database for --save, list and show");
+    addProjectOption(*evaluate, o.projectPath, "project database for --chart, --save, list and show");
     evaluate->add_flag("--json", o.json, "print everything as JSON");
     evaluate->add_option("--report", o.reportPath,
                          "write the evaluation as one self-contained HTML page (plot and figures)");
@@ -198,7 +202,10 @@ void CommandLine::defineChart(CLI::App& app) {
     chart->add_subcommand("list", "list the stored charts")
         ->add_option("--system", o.system, "only the charts of this system")
         ->check(CLI::Range(1L, maxSystem));
-    addChartId(*chart->add_subcommand("show", "print a stored chart"), o.chartId);
+    auto* show = chart->add_subcommand("show", "print a stored chart");
+    addChartId(*show, o.chartId);
+    show->add_option("--report", o.reportPath,
+                     "also write the chart computed again as one HTML page, as design --report does");
     addChartId(*chart->add_subcommand("delete", "delete a stored chart"), o.chartId);
 }
 

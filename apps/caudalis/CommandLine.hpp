@@ -2,10 +2,12 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 
 #include "ChartStore.hpp"
+#include "EvaluationDesign.hpp"
 #include "caudalis/design/NozzleSource.hpp"
 
 namespace CLI {
@@ -54,6 +56,8 @@ private:
     void runDesign();
     void runEvaluate(const CLI::App& evaluate);
     void evaluateReadings();
+    /// The design the readings are laid over: --design FILE or --chart ID, or none.
+    std::optional<DesignReference> designReference();
     void runCatalogue(const CLI::App& catalogue);
     void listNozzles();
     void importCatalogue();

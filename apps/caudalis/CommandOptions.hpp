@@ -39,6 +39,7 @@ struct CommandLine::Options {
     double outlierPercent = 20;
     double timerPercent = 100;
     std::optional<double> wettedDiameterM;
+    std::optional<long> evaluationChartId;
     long evaluationId = 0;
     // catalogue
     std::optional<std::string> brand;

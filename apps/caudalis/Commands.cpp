@@ -32,6 +32,7 @@
 #include "caudalis/design/JsonReport.hpp"
 #include "caudalis/design/ReadingsError.hpp"
 #include "caudalis/design/ReportLabels.hpp"
+#include "caudalis/design/TextFile.hpp"
 #include "caudalis/design/TextReport.hpp"
 
 namespace caudalis::cli {
@@ -145,7 +146,8 @@ void CommandLine::runInit() {
 
 void CommandLine::runDesign() {
     const auto& o = *options_;
-    const auto description = design::DesignFile::load(o.designPath);
+    const auto designText = design::readTextFile(o.designPath, "design file");
+    const auto description = design::DesignFile::parse(designText, o.designPath);
     std::unique_ptr<ChartStore> store;
     Long system = 0;
     if (o.chartName) {
@@ -166,8 +168,7 @@ void CommandLine::runDesign() {
         writeCsv(o.csvPath, result, units);
     }
     if (!o.reportPath.empty()) {
-        writeReport(o.reportPath,
-                    design::DesignPrintout::document(result, units, true));
+        writeReport(o.reportPath, design::DesignPrintout::document(result, units, true));
     }
     for (const auto& finding : result.findings) {
         if (finding.severity != design::Severity::Note) {
@@ -183,7 +184,9 @@ void CommandLine::runDesign() {
     }
     if (store) {
         const auto id = store->saveAsNew(result.chart, *o.chartName, system);
-        store->saveFigures(id, design::ChartFigures::of(result));
+        auto figures = design::ChartFigures::of(result);
+        figures.design = designText;
+        store->saveFigures(id, figures);
         note(fmt::format("chart \"{}\" stored in system {} with id {}", *o.chartName, system, id));
     }
 }
@@ -219,12 +222,8 @@ void CommandLine::evaluateReadings() {
     settings.innerRadiusM = o.innerRadiusM;
     settings.lastSpanEndM = o.lastSpanEndM;
     settings.outlierPercent = o.outlierPercent;
-    if (!o.designPath.empty()) {
-        const auto description = design::DesignFile::load(o.designPath);
-        const auto source = services_.nozzleSource(o.cataloguePath);
-        outcome.design =
-            EvaluationDesign::reference(o.designPath, computeDesign(description, *source, design::DesignOptions{o.maxPasses, std::nullopt}),
-                                        o.timerPercent, o.wettedDiameterM);
+    outcome.design = designReference();
+    if (outcome.design) {
         settings.expectedDepthMm = outcome.design->expectedDepthMm;
         if (!settings.lastSpanEndM) {
             settings.lastSpanEndM = outcome.design->lastSpanEndM;
@@ -257,6 +256,28 @@ void CommandLine::evaluateReadings() {
         const auto id = store.save(outcome.readings, outcome.result, name);
         note(fmt::format("evaluation \"{}\" stored with id {}", name, id));
     }
+}
+
+std::optional<DesignReference> CommandLine::designReference() {
+    const auto& o = *options_;
+    if (o.evaluationChartId && !o.designPath.empty()) {
+        throw UsageError("give --design FILE or --chart ID, not both");
+    }
+    if (o.evaluationChartId) {
+        const auto id = static_cast<Long>(*o.evaluationChartId);
+        const auto wetted = services_.nozzleSource(o.cataloguePath)->wettedDiameters();
+        const auto rebuilt = services_.chartStore(o.projectPath, o.cataloguePath)->rebuild(id, wetted);
+        return EvaluationDesign::reference("stored chart " + std::to_string(id), rebuilt.result,
+                                           o.timerPercent, o.wettedDiameterM);
+    }
+    if (o.designPath.empty()) {
+        return std::nullopt;
+    }
+    const auto description = design::DesignFile::load(o.designPath);
+    const auto source = services_.nozzleSource(o.cataloguePath);
+    return EvaluationDesign::reference(
+        o.designPath, computeDesign(description, *source, design::DesignOptions{o.maxPasses, std::nullopt}),
+        o.timerPercent, o.wettedDiameterM);
 }
 
 void CommandLine::listNozzles() {
@@ -325,6 +346,12 @@ void CommandLine::runChart(const CLI::App& command) {
             out_, store->list(o.system ? std::optional<Long>(static_cast<Long>(*o.system)) : std::nullopt));
     } else if (command.got_subcommand("show")) {
         const auto loaded = store->find(id);
+        if (!o.reportPath.empty()) {
+            const auto rebuilt =
+                store->rebuild(id, services_.nozzleSource(o.cataloguePath)->wettedDiameters());
+            writeReport(o.reportPath, design::DesignPrintout::document(
+                                          rebuilt.result, design::Units(rebuilt.result.design.units), true));
+        }
         ChartReport::write(out_, loaded);
         if (loaded.missingNozzles > 0) {
             note(fmt::format("warning: {} of the chart's nozzles are not in catalogue {}",

@@ -100,13 +100,18 @@ Long DatabaseChartStore::systemOf(Long id) {
     return static_cast<Long>(systems.front());
 }
 
-LoadedChart DatabaseChartStore::find(Long id) {
-    const Long system = systemOf(id);
+std::string DatabaseChartStore::catalogueName() {
     catalogue_.requireUsable();
     const auto catalogue = catalogue_.joinName();
     if (!catalogue_.onServer()) {
         requireStorableText(catalogue, "catalogue path");
     }
+    return catalogue;
+}
+
+LoadedChart DatabaseChartStore::find(Long id) {
+    const Long system = systemOf(id);
+    const auto catalogue = catalogueName();
     auto chart = onProject("read the chart", [&](const std::string& connection) {
         return charts()->find(connection, catalogue, static_cast<Integer>(id));
     });
@@ -131,6 +136,14 @@ void DatabaseChartStore::saveFigures(Long id, const design::ChartFigures& figure
         throw InputError("cannot store the chart's figures in project database " + project_.path() + ": " +
                          error.description() + "; the chart was not stored");
     }
+}
+
+design::RebuiltChart DatabaseChartStore::rebuild(Long id, const std::map<Long, double>& wettedDiameters) {
+    systemOf(id);
+    const auto catalogue = catalogueName();
+    return onProject("compute the chart again", [&](const std::string& connection) {
+        return design::StoredChartDesign::rebuild(connection, catalogue, id, wettedDiameters);
+    });
 }
 
 void DatabaseChartStore::destroy(Long id) {

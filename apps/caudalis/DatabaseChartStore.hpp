@@ -20,6 +20,7 @@ public:
     LoadedChart find(Long id) override;
     void destroy(Long id) override;
     void saveFigures(Long id, const design::ChartFigures& figures) override;
+    design::RebuiltChart rebuild(Long id, const std::map<Long, double>& wettedDiameters) override;
 
 private:
     /// Runs a library call on the project database, turning its errors into `InputError`.
@@ -28,6 +29,8 @@ private:
     std::vector<StoredChart> listOf(Long system);
     /// The system of chart `id`; raises `InputError` when there is no such chart.
     Long systemOf(Long id);
+    /// The catalogue as the library's chart operations join it.
+    std::string catalogueName();
 
     DatabaseFile project_;
     DatabaseFile catalogue_;

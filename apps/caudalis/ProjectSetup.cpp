@@ -103,7 +103,8 @@ void ProjectSetup::runOnServer(const DatabaseFile& database, const std::vector<c
 }
 
 bool ProjectSetup::lacksSideTables(const DatabaseFile& database) {
-    for (const char* table : {"chart_speed_table", "chart_outlet_figures", "pivot_evaluation_figures"}) {
+    for (const char* table :
+         {"chart_speed_table", "chart_outlet_figures", "chart_design", "pivot_evaluation_figures"}) {
         if (!database.hasTable(table)) {
             return true;
         }
@@ -125,7 +126,8 @@ bool ProjectSetup::addMissingTables(const DatabaseFile& database) const {
         runScriptFile(connection, dataFolder_ / "schema/project.sql");
         connection.Close();
     } catch (const Error& error) {
-        throw InputError("cannot add the missing side tables to " + database.path() + ": " + error.description());
+        throw InputError("cannot add the missing side tables to " + database.path() + ": " +
+                         error.description());
     }
     return true;
 }
@@ -137,13 +139,15 @@ void ProjectSetup::provide(const DatabaseFile& database, std::ostream& out) cons
     std::string state = "created";
     if (existed) {
         database.requireUsable();
-        state = addMissingTables(database) ? "already there, missing side tables added" : "already there, left as it was";
+        state = addMissingTables(database) ? "already there, missing side tables added"
+                                           : "already there, left as it was";
     } else if (database.onServer()) {
         runOnServer(database, serverScriptsOf(database.kind()));
     } else {
         create(database.kind(), database.path());
     }
-    fmt::print(out, "{} database: {} ({}, {})\n", database.kindName(), database.path(), state, contentOf(database));
+    fmt::print(out, "{} database: {} ({}, {})\n", database.kindName(), database.path(), state,
+               contentOf(database));
 }
 
 std::string ProjectSetup::targetOf(DatabaseKind kind) const {

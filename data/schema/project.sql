@@ -101,6 +101,14 @@ CREATE TABLE IF NOT EXISTS chart_outlet_figures (
 );
 CREATE INDEX IF NOT EXISTS ix_chart_outlet_figures_id_carta ON chart_outlet_figures (id_carta);
 
+-- The design file (JSON) a stored chart was computed from, as it was run: with the chart's
+-- nozzles it lets the chart be computed again (machine, accessories, report).
+CREATE TABLE IF NOT EXISTS chart_design (
+    id_carta INTEGER NOT NULL,
+    design   TEXT
+);
+CREATE INDEX IF NOT EXISTS ix_chart_design_id_carta ON chart_design (id_carta);
+
 -- rugosidade is the Hazen-Williams coefficient C of the material, a whole number.
 CREATE TABLE IF NOT EXISTS pipe_materials (
     id         INTEGER PRIMARY KEY AUTOINCREMENT,

@@ -34,6 +34,7 @@
 #include "caudalis/design/ReadingsText.hpp"
 #include "caudalis/design/ReportLabels.hpp"
 #include "caudalis/design/ResultUnits.hpp"
+#include "caudalis/design/StoredChartDesign.hpp"
 #include "caudalis/design/TextFile.hpp"
 #include "caudalis/design/TextReport.hpp"
 #include "caudalis/design/Uniformity.hpp"

@@ -1,5 +1,6 @@
 #include "caudalis/design/ChartFigures.hpp"
 
+#include "SqlLiteral.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/db/Connection.hpp"
 #include "caudalis/db/SqlText.hpp"
@@ -9,14 +10,17 @@ namespace caudalis::design {
 
 namespace {
 
-bool hasSideTables(Connection& project) {
+bool hasTable(Connection& project, const std::string& table) {
     try {
-        project.Execute("SELECT id_carta FROM chart_speed_table WHERE 1 = 0");
-        project.Execute("SELECT id_carta FROM chart_outlet_figures WHERE 1 = 0");
+        project.Execute("SELECT id_carta FROM " + table + " WHERE 1 = 0");
         return true;
     } catch (const Error&) {
         return false;
     }
+}
+
+bool hasSideTables(Connection& project) {
+    return hasTable(project, "chart_speed_table") && hasTable(project, "chart_outlet_figures");
 }
 
 std::string values(const std::vector<double>& numbers) {
@@ -27,9 +31,22 @@ std::string values(const std::vector<double>& numbers) {
     return text;
 }
 
-void deleteRows(Connection& project, const std::string& id) {
+/// `withDesign` tells whether the project database has the table `chart_design`; asked before a
+/// transaction starts, since a failed statement ends a PostgreSQL transaction.
+void deleteRows(Connection& project, const std::string& id, bool withDesign) {
     project.Execute("DELETE FROM chart_speed_table WHERE id_carta = " + id);
     project.Execute("DELETE FROM chart_outlet_figures WHERE id_carta = " + id);
+    if (withDesign) {
+        project.Execute("DELETE FROM chart_design WHERE id_carta = " + id);
+    }
+}
+
+std::string loadDesign(Connection& project, const std::string& id) {
+    if (!hasTable(project, "chart_design")) {
+        return {};
+    }
+    const auto rows = project.Execute("SELECT design FROM chart_design WHERE id_carta = " + id);
+    return rows->EOF_() ? std::string() : rows->Fields("design").toString();
 }
 
 void insertRows(Connection& project, const std::string& id, const ChartFigures& figures) {
@@ -47,6 +64,10 @@ void insertRows(Connection& project, const std::string& id, const ChartFigures& 
             "acting_kpa, required_lps, delivered_lps) VALUES (" +
             id + ", " + std::to_string(++position) + ", " + sqlQuote(Variant(o.outlet)) +
             values({o.distanceM, o.groundM, o.pipeKpa, o.actingKpa, o.requiredLps, o.deliveredLps}) + ")");
+    }
+    if (!figures.design.empty()) {
+        project.Execute("INSERT INTO chart_design (id_carta, design) VALUES (" + id + ", " +
+                        textLiteral(figures.design) + ")");
     }
 }
 
@@ -67,9 +88,10 @@ ChartFigures ChartFigures::of(const DesignResult& result) {
 
 void ChartFigures::save(Connection& project, Long chartId, const ChartFigures& figures) {
     const auto id = std::to_string(chartId);
+    const bool withDesign = hasTable(project, "chart_design");
     project.BeginTrans();
     try {
-        deleteRows(project, id);
+        deleteRows(project, id, withDesign);
         insertRows(project, id, figures);
     } catch (...) {
         project.RollbackTrans();
@@ -105,7 +127,8 @@ std::optional<ChartFigures> ChartFigures::load(Connection& project, Long chartId
              outlets->Fields("acting_kpa").toDouble(), outlets->Fields("required_lps").toDouble(),
              outlets->Fields("delivered_lps").toDouble()});
     }
-    if (figures.outlets.empty() && figures.speeds.tempoH100 == 0) {
+    figures.design = loadDesign(project, id);
+    if (figures.outlets.empty() && figures.speeds.tempoH100 == 0 && figures.design.empty()) {
         return std::nullopt;
     }
     return figures;
@@ -113,8 +136,9 @@ std::optional<ChartFigures> ChartFigures::load(Connection& project, Long chartId
 
 void ChartFigures::erase(Connection& project, Long chartId) {
     if (hasSideTables(project)) {
+        const bool withDesign = hasTable(project, "chart_design");
         project.BeginTrans();
-        deleteRows(project, std::to_string(chartId));
+        deleteRows(project, std::to_string(chartId), withDesign);
         project.CommitTrans();
     }
 }

@@ -398,7 +398,8 @@ std::string DesignPrintout::packageLine(const DesignResult& result, const UnitTe
 
 std::string DesignPrintout::outletNote(const OutletResult& row) {
     std::vector<std::string> notes;
-    if (row.reason != ChoiceReason::WithinTolerance) {
+    const bool fittedAsStored = row.reason == ChoiceReason::Stored && row.outlet.obj_aspersor;
+    if (row.reason != ChoiceReason::WithinTolerance && !fittedAsStored) {
         notes.push_back(reasonText(row.reason));
     }
     if (row.starvedRegulator) {

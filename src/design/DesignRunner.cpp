@@ -148,15 +148,14 @@ void DesignRunner::fitAccessories(PivotWrapper& wrapper, const DesignDescription
     wrapper.setTimeForCompleteRevolution(design.revolutionTimeH);
 }
 
-DesignSummary DesignRunner::summarise(PivotWrapper& wrapper, DesignResult& result,
-                                      const NozzlePackageStrategy& strategy) {
+DesignSummary DesignRunner::summarise(PivotWrapper& wrapper, DesignResult& result, long passes) {
     pivot machine;
     wrapper.update(machine);
     const auto pivots = Pivots::shared();
     DesignSummary summary;
     summary.designFlowLps = machine.caudal;
     summary.computedFlowLps = wrapper.totalComputedDischarge();
-    summary.passes = strategy.passes();
+    summary.passes = passes;
     summary.hasEndGun = pivots->hasEndGun(machine);
     if (summary.hasEndGun) {
         summary.endGunPressureKpa = machine.endGun.saida.pressao_actuante;
@@ -194,36 +193,52 @@ DesignSummary DesignRunner::summarise(PivotWrapper& wrapper, DesignResult& resul
 
 DesignResult DesignRunner::run(const DesignDescription& description, NozzleSource& nozzles) const {
     DesignValidation::validate(description);
-    DesignResult result;
-    result.design = description;
-    const auto& design = result.design;
+    auto design = description;
     auto strategy = std::make_shared<NozzlePackageStrategy>(NozzlePackage{}, options_.maxPasses);
     const auto wrapper = Statics::application()->newPivotWrapper(MachineBuilder().build(design), strategy);
+    prepare(*wrapper, design);
     pivot machine;
-    if (design.regulation.automatic) {
-        wrapper->update(machine);
-        result.design.regulators = OperatingPoints::automaticRegulators(machine, design.regulation);
-    }
-    fitAccessories(*wrapper, design);
-    wrapper->computeIdealOperationMode();
     wrapper->update(machine);
     const OperatingPoints points(machine, wrapper->getEndGunBoost());
     strategy->usePackage(
         PackageChooser(design.nozzleSelection, nozzles).choose(points.spanOutlets(), points.endGun()));
-    result.package = summaryOf(strategy->package());
     wrapper->calculate();
 
-    wrapper->update(machine);
+    auto chart = wrapper->extractCarta();
+    chart->transferAcessoriesFrom(*strategy->carta());
+    chart->setEndGunBoost(wrapper->getEndGunBoost());
+    chart->setNome(design.name);
+    auto result =
+        gather(*wrapper, design, strategy->passes(), strategy->reasons(), chart, nozzles.wettedDiameters());
+    result.package = summaryOf(strategy->package());
+    return result;
+}
+
+void DesignRunner::prepare(PivotWrapper& wrapper, DesignDescription& design) {
+    if (design.regulation.automatic) {
+        pivot machine;
+        wrapper.update(machine);
+        design.regulators = OperatingPoints::automaticRegulators(machine, design.regulation);
+    }
+    fitAccessories(wrapper, design);
+    wrapper.computeIdealOperationMode();
+}
+
+DesignResult DesignRunner::gather(PivotWrapper& wrapper, const DesignDescription& design, long passes,
+                                  const std::vector<ChoiceReason>& reasons,
+                                  std::shared_ptr<CartaAspersores> chart,
+                                  const std::map<Long, double>& wettedDiameters) const {
+    DesignResult result;
+    result.design = design;
+    pivot machine;
+    wrapper.update(machine);
     collectOutlets(machine, result);
     result.machine = machine;
-    attachReasons(result, strategy->reasons(), design.regulation.marginKpa);
-    result.summary = summarise(*wrapper, result, *strategy);
-    result.chart = wrapper->extractCarta();
-    result.chart->transferAcessoriesFrom(*strategy->carta());
-    result.chart->setEndGunBoost(wrapper->getEndGunBoost());
-    result.chart->setNome(design.name);
+    attachReasons(result, reasons, design.regulation.marginKpa);
+    result.summary = summarise(wrapper, result, passes);
+    result.chart = std::move(chart);
     result.findings = DesignChecks::check(result, Units(options_.units.value_or(design.units)));
-    result.analysis = DesignAnalyser::analyse(result, nozzles.wettedDiameters());
+    result.analysis = DesignAnalyser::analyse(result, wettedDiameters);
     result.findings.insert(result.findings.end(), result.analysis.findings.begin(),
                            result.analysis.findings.end());
     std::stable_sort(result.findings.begin(), result.findings.end(),

@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "SqlLiteral.hpp"
 #include "caudalis/db/Connection.hpp"
 #include "caudalis/db/Recordset.hpp"
 #include "caudalis/db/SqlText.hpp"
@@ -12,18 +13,6 @@
 namespace caudalis::design {
 
 namespace {
-
-/// A text literal with its apostrophes doubled.
-std::string textLiteral(const std::string& text) {
-    std::string literal = "'";
-    for (const char c : text) {
-        literal += c;
-        if (c == '\'') {
-            literal += '\'';
-        }
-    }
-    return literal + "'";
-}
 
 std::string valueLiteral(const std::optional<double>& value) {
     return value ? sqlDouble(*value) : "null";

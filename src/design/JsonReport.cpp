@@ -67,7 +67,8 @@ nlohmann::json unitsJson(const Units& units) {
 }
 
 /// `row` is converted; `siSpan` is the same span in SI, for the figures worked out here.
-nlohmann::json spanJson(const DesignResult& result, const SpanResult& row, const tramo& siSpan, const Units& units) {
+nlohmann::json spanJson(const DesignResult& result, const SpanResult& row, const tramo& siSpan,
+                        const Units& units) {
     const auto& span = row.span;
     const auto& described = row.overhang ? *result.design.overhang
                                          : result.design.spans[static_cast<std::size_t>(row.number - 1)];
@@ -157,16 +158,17 @@ nlohmann::json runoffJson(const std::vector<RunoffAtPoint>& points, const Units&
     auto list = nlohmann::json::array();
     for (const auto& point : points) {
         const auto& e = point.estimate;
-        list.push_back({{"code", point.code},
-                        {key("distance", Quantity::Length), units.fromSI(Quantity::Length, e.distanceM)},
-                        {key("wetted_diameter", Quantity::Length), units.fromSI(Quantity::Length, e.wettedDiameterM)},
-                        {key("peak_rate", Quantity::Rate), units.fromSI(Quantity::Rate, e.peakRateMmH)},
-                        {"application_time_h", e.applicationTimeH},
-                        {key("applied", Quantity::Depth), units.fromSI(Quantity::Depth, e.appliedMm)},
-                        {key("infiltration_capacity", Quantity::Depth),
-                         units.fromSI(Quantity::Depth, e.infiltrationCapacityMm)},
-                        {key("runoff", Quantity::Depth), units.fromSI(Quantity::Depth, e.runoffMm)},
-                        {"runoff", e.verdict == RunoffVerdict::Runoff}});
+        list.push_back(
+            {{"code", point.code},
+             {key("distance", Quantity::Length), units.fromSI(Quantity::Length, e.distanceM)},
+             {key("wetted_diameter", Quantity::Length), units.fromSI(Quantity::Length, e.wettedDiameterM)},
+             {key("peak_rate", Quantity::Rate), units.fromSI(Quantity::Rate, e.peakRateMmH)},
+             {"application_time_h", e.applicationTimeH},
+             {key("applied", Quantity::Depth), units.fromSI(Quantity::Depth, e.appliedMm)},
+             {key("infiltration_capacity", Quantity::Depth),
+              units.fromSI(Quantity::Depth, e.infiltrationCapacityMm)},
+             {key("runoff", Quantity::Depth), units.fromSI(Quantity::Depth, e.runoffMm)},
+             {"runoff", e.verdict == RunoffVerdict::Runoff}});
     }
     return list;
 }
@@ -266,7 +268,8 @@ nlohmann::json toJson(const DesignResult& result, const DesignResult& si, const 
     }
     auto outlets = nlohmann::json::array();
     for (std::size_t i = 0; i < result.outlets.size(); ++i) {
-        outlets.push_back(outletJson(result, result.outlets[i], result.analysis.pipePressuresKpa.at(i), units));
+        outlets.push_back(
+            outletJson(result, result.outlets[i], result.analysis.pipePressuresKpa.at(i), units));
     }
     return {{"name", result.design.name},
             {"system_id", optionalJson(result.design.systemId)},

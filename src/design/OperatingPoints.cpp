@@ -60,7 +60,8 @@ std::vector<RegulatorDescription> OperatingPoints::automaticRegulators(
             spread = spread || std::fabs(span.Saidas(j).pressao_ideal - mean) > regulation.spreadLimit * mean;
         }
         if (spread) {
-            regulators.push_back(RegulatorDescription{number, *regulation.ratingKpa, 0, 0, true, std::nullopt});
+            regulators.push_back(
+                RegulatorDescription{number, *regulation.ratingKpa, 0, 0, true, std::nullopt});
         }
     });
     return regulators;

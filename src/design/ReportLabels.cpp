@@ -61,6 +61,8 @@ std::string reasonText(ChoiceReason reason) {
             return "plugged: needs less than the smallest rated nozzle";
         case ChoiceReason::NoneRatedForPressure:
             return "no nozzle of the package is rated for this pressure";
+        case ChoiceReason::Stored:
+            return "left empty in the stored chart";
         case ChoiceReason::NoPackage:
             break;
     }
@@ -79,6 +81,8 @@ std::string reasonCode(ChoiceReason reason) {
             return "below_smallest_nozzle";
         case ChoiceReason::NoneRatedForPressure:
             return "none_rated_for_pressure";
+        case ChoiceReason::Stored:
+            return "stored";
         case ChoiceReason::NoPackage:
             break;
     }

@@ -8,7 +8,14 @@
 
 #include "HeadlessChromium.hpp"
 #include "SampleNozzles.hpp"
+#include "ShippedDatabases.hpp"
 #include "TemporaryFolder.hpp"
+#include "caudalis/catalogue/AspersoresStatic.hpp"
+#include "caudalis/charts/CartaAspersores.hpp"
+#include "caudalis/charts/CartaAspersoresStatic.hpp"
+#include "caudalis/core/Statics.hpp"
+#include "caudalis/db/Connection.hpp"
+#include "caudalis/design/ChartFigures.hpp"
 #include "caudalis/design/DesignFile.hpp"
 #include "caudalis/design/DesignPrintout.hpp"
 #include "caudalis/design/DesignRunner.hpp"
@@ -18,6 +25,8 @@
 #include "caudalis/design/FieldReadingsCsv.hpp"
 #include "caudalis/design/HtmlReport.hpp"
 #include "caudalis/design/InMemoryNozzleSource.hpp"
+#include "caudalis/design/StoredChartDesign.hpp"
+#include "caudalis/design/TextFile.hpp"
 
 using namespace caudalis::design;
 using caudalis::testing::HeadlessChromium;
@@ -273,4 +282,45 @@ TEST(EvaluationReportInBrowser, DrawsTheDepthPlotAndPrintsEveryFigureOnNumberedP
         {"Field evaluation: small-2025", "Depth along the radius", "CU Heermann-Hein (%)",
          "DU low quarter (%)", "Scheduling coefficient", "end-gun zone", "lines' mean", "Expected depth (mm)",
          "Collectors left out", "tipped", "Measured beside designed", "Every collector", "W34"});
+}
+
+namespace {
+
+/// The realistic example designed with the sample catalogue database, stored as `design --save`
+/// stores it, and its report written from the chart computed again.
+std::string storedChartReport(TemporaryFolder& folder) {
+    using namespace caudalis;
+    caudalis::testing::createProjectDatabase(folder.file("project.db"));
+    caudalis::testing::createCatalogueDatabase(folder.file("catalogue.db"));
+    const auto project = "Provider=SQLite;Data Source=" + folder.file("project.db");
+    const auto text =
+        readTextFile(caudalis::testing::sourcePath("examples/designs/realistic.json"), "design file");
+    InMemoryNozzleSource source(
+        AspersoresStatic().find("Provider=SQLite;Data Source=" + folder.file("catalogue.db")));
+    const auto designed = DesignRunner().run(DesignFile::parse(text, "realistic.json"), source);
+    Statics::application()->CartaAspersor()->saveAsNew(project, 400, *designed.chart);
+    auto figures = ChartFigures::of(designed);
+    figures.design = text;
+    Connection connection(project);
+    connection.Open();
+    ChartFigures::save(connection, designed.chart->id(), figures);
+    connection.Close();
+    const auto rebuilt =
+        StoredChartDesign::rebuild(project, folder.file("catalogue.db"), designed.chart->id());
+    const auto path = folder.file("chart.html");
+    HtmlReport::writeFile(path, DesignPrintout::document(rebuilt.result, Units(UnitSystem::SI), true));
+    return path;
+}
+
+}  // namespace
+
+TEST(StoredChartReportInBrowser, OpensAndDrawsThePlots) {
+    TemporaryFolder folder;
+    const auto html = storedChartReport(folder);
+    const auto png = offlineScreenshot(folder, html, 3200);
+    // The same plots as the design's own report, drawn from the chart computed again.
+    const auto pixels = colourPixels(png, {blue, red});
+    EXPECT_GT(pixels[0].count, 5000);
+    EXPECT_GT(pixels[0].lastRow - pixels[0].firstRow, 1500);
+    EXPECT_GT(pixels[1].count, 2000);
 }

@@ -53,6 +53,9 @@ public:
         return LoadedChart{chart, 8, 2, std::nullopt};
     }
     void destroy(Long id) override { destroyed = id; }
+    design::RebuiltChart rebuild(Long id, const std::map<Long, double>&) override {
+        throw InputError("the recording store keeps no design for chart " + std::to_string(id));
+    }
     void saveFigures(Long id, const design::ChartFigures& figures) override {
         figuresId = id;
         savedFigures = figures;
@@ -98,6 +101,9 @@ protected:
                     std::vector<StoredChart> list(std::optional<Long> s) override { return target->list(s); }
                     LoadedChart find(Long id) override { return target->find(id); }
                     void destroy(Long id) override { target->destroy(id); }
+                    design::RebuiltChart rebuild(Long id, const std::map<Long, double>& w) override {
+                        return target->rebuild(id, w);
+                    }
                     void saveFigures(Long id, const design::ChartFigures& f) override {
                         target->saveFigures(id, f);
                     }

@@ -25,18 +25,21 @@ struct OutletFigures {
 };
 
 /// What a stored chart keeps of its design beside the chart's own tables: the timer table (with
-/// the chart's indicators) and every outlet's figures, in the project database's side tables
-/// `chart_speed_table` and `chart_outlet_figures`.
+/// the chart's indicators), every outlet's figures and the design file the chart was computed
+/// from, in the project database's side tables `chart_speed_table`, `chart_outlet_figures` and
+/// `chart_design`.
 struct ChartFigures {
     caixaVelocidades speeds;
     std::vector<OutletFigures> outlets;
+    /// The design file (JSON) as it was run; empty when it was not kept.
+    std::string design;
 
     static ChartFigures of(const DesignResult& result);
     /// Replaces the figures of chart `chartId` in one transaction; database errors pass
     /// unchanged and leave the tables as they were.
     static void save(Connection& project, Long chartId, const ChartFigures& figures);
     /// The figures of chart `chartId`; empty when none were stored or the project database has
-    /// no side tables.
+    /// no side tables. A project database without `chart_design` gives no design.
     static std::optional<ChartFigures> load(Connection& project, Long chartId);
     /// Deletes the figures of chart `chartId` (nothing when the side tables are missing).
     static void erase(Connection& project, Long chartId);

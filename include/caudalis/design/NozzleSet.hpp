@@ -29,6 +29,8 @@ enum class ChoiceReason {
     NoneRatedForPressure,
     /// The package has no nozzles for this outlet: left empty.
     NoPackage,
+    /// Mounted (or left empty) as a stored chart has it; the chart does not keep why.
+    Stored,
 };
 
 /// What the package gives one outlet.

@@ -41,8 +41,10 @@ std::string parseFailure(const std::string& text, const nlohmann::json::parse_er
     return "malformed JSON: " + parseErrorText(error);
 }
 
-long outletCount(const SpanDescription& span) {
-    return static_cast<long>(std::floor(span.lengthM / (span.outletSpacingCm / 100)));
+/// The span's outlets as a whole double: lengths and spacings far beyond the limits give counts no
+/// integer type holds.
+double outletCount(const SpanDescription& span) {
+    return std::floor(span.lengthM / (span.outletSpacingCm / 100));
 }
 
 /// Fields shared by fixed spans and the overhang.
@@ -94,15 +96,27 @@ std::optional<SpanDescription> readOverhang(JsonFields& root, long spanCount) {
         "overhang", [&](JsonFields& fields) { return readSpanShape(fields, spanCount + 1, "Overhang"); });
 }
 
-void requireOutletsInRange(const std::vector<SpanDescription>& spans,
-                           const std::optional<SpanDescription>& overhang) {
-    long total = overhang ? outletCount(*overhang) : 0;
-    for (const auto& span : spans) {
+/// The parts of the machine that carry outlets, as the file names them ("spans, overhang and end_gun").
+std::string outletCarriers(bool hasOverhang, bool hasEndGun) {
+    if (hasOverhang && hasEndGun) {
+        return "spans, overhang and end_gun";
+    }
+    return hasOverhang ? "spans and overhang" : hasEndGun ? "spans and end_gun" : "spans";
+}
+
+/// The machine's outlets, the end gun counting as one, must fit the 16-bit outlet count of the
+/// computation.
+void requireOutletsInRange(const DesignDescription& design) {
+    double total = (design.overhang ? outletCount(*design.overhang) : 0) + (design.endGun ? 1 : 0);
+    for (const auto& span : design.spans) {
         total += outletCount(span);
     }
     if (total > maxOutlets) {
-        throw DesignError::invalid("spans have " + std::to_string(total) + " outlets in all, more than " +
-                                   std::to_string(maxOutlets));
+        throw DesignError::invalid(outletCarriers(design.overhang.has_value(), design.endGun.has_value()) +
+                                   " have " +
+                                   (std::isfinite(total) ? fmt::format("{:.15g}", total) : "countless") +
+                                   " outlets in all" + (design.endGun ? " (the end gun counts as one)" : "") +
+                                   ", more than " + std::to_string(maxOutlets));
     }
 }
 
@@ -316,8 +330,8 @@ DesignDescription fromJson(const nlohmann::json& document) {
     design.revolutionTimeH = root.number("revolution_time_h", NumberRule::Positive);
     design.spans = readSpans(root, design.centreElevationM);
     design.overhang = readOverhang(root, static_cast<long>(design.spans.size()));
-    requireOutletsInRange(design.spans, design.overhang);
     design.endGun = readEndGun(root);
+    requireOutletsInRange(design);
     const long spanCount = static_cast<long>(design.spans.size()) + (design.overhang ? 1 : 0);
     bool automaticRegulators = false;
     design.regulators = readRegulators(root, spanCount, automaticRegulators);

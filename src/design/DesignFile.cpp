@@ -29,16 +29,30 @@ std::string parseErrorText(const nlohmann::json::parse_error& error) {
     return text;
 }
 
-/// What is wrong with a text the JSON reader refused: a number too large for a double is named
-/// by its field; anything else is malformed JSON.
-std::string parseFailure(const std::string& text, const nlohmann::json::parse_error& error) {
-    const std::string what = error.what();
-    if (what.find("number overflow") != std::string::npos) {
-        const auto path = jsonPathAt(text, error.byte == 0 ? 0 : error.byte - 1);
-        return (path.empty() ? std::string("a number") : path) + " is too large (beyond " +
-               "the range of a double-precision number)";
+/// The JSON library's document builder that also keeps where the reader stopped when it refused
+/// the text, which its error for a number too large for a double does not tell.
+class DocumentBuilder : public nlohmann::detail::json_sax_dom_parser<nlohmann::json> {
+public:
+    using json_sax_dom_parser::json_sax_dom_parser;
+
+    template <class Exception>
+    bool parse_error(std::size_t position, const std::string& token, const Exception& error) {
+        refusedAt_ = position;
+        return json_sax_dom_parser::parse_error(position, token, error);
     }
-    return "malformed JSON: " + parseErrorText(error);
+
+    /// Offset just past the text the reader refused.
+    std::size_t refusedAt() const noexcept { return refusedAt_; }
+
+private:
+    std::size_t refusedAt_ = 0;
+};
+
+/// A number too large for a double, named by its field.
+std::string tooLargeNumber(const std::string& text, std::size_t refusedAt) {
+    const auto path = jsonPathAt(text, refusedAt == 0 ? 0 : refusedAt - 1);
+    return (path.empty() ? std::string("a number") : path) +
+           " is too large (beyond the range of a double-precision number)";
 }
 
 /// The span's outlets as a whole double: lengths and spacings far beyond the limits give counts no
@@ -349,10 +363,13 @@ DesignDescription fromJson(const nlohmann::json& document) {
 
 DesignDescription DesignFile::parse(const std::string& text, const std::string& sourceName) {
     nlohmann::json document;
+    DocumentBuilder builder(document);
     try {
-        document = nlohmann::json::parse(text);
+        nlohmann::json::sax_parse(text, &builder);
     } catch (const nlohmann::json::parse_error& error) {
-        throw DesignError::invalid(sourceName + ": " + parseFailure(text, error));
+        throw DesignError::invalid(sourceName + ": malformed JSON: " + parseErrorText(error));
+    } catch (const nlohmann::json::out_of_range&) {
+        throw DesignError::invalid(sourceName + ": " + tooLargeNumber(text, builder.refusedAt()));
     }
     return fromJson(document);
 }

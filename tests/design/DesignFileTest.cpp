@@ -261,3 +261,15 @@ TEST(DesignFile, MissingFileNamesTheFile) {
     EXPECT_EQ(messageOf([] { DesignFile::load(CAUDALIS_SOURCE_DIR); }),
               std::string("cannot open design file ") + CAUDALIS_SOURCE_DIR + ": it is a directory");
 }
+
+TEST(DesignFile, NumbersTooLargeForADoubleNameTheirField) {
+    EXPECT_EQ(messageOf([] { DesignFile::parse(R"({"spans":[{"length_m":1e999}]})", "big.json"); }),
+              "big.json: spans[0].length_m is too large (beyond the range of a double-precision number)");
+    EXPECT_EQ(messageOf([] { DesignFile::parse(R"({"name": "x", "design_flow_lps": -1e400})", "big.json"); }),
+              "big.json: design_flow_lps is too large (beyond the range of a double-precision number)");
+    EXPECT_EQ(messageOf([] { DesignFile::parse("1e999", "big.json"); }),
+              "big.json: a number is too large (beyond the range of a double-precision number)");
+    const std::string digits(400, '9');
+    EXPECT_EQ(messageOf([&] { DesignFile::parse("{\"a\": [1, {\"b\": " + digits + "}]}", "big.json"); }),
+              "big.json: a[1].b is too large (beyond the range of a double-precision number)");
+}

@@ -55,6 +55,15 @@ TEST_F(ProgramBadInputTest, WrongType) {
     EXPECT_EQ(result.exitCode, ExitCode::BadInput);
 }
 
+TEST_F(ProgramBadInputTest, NumberTooLargeForADouble) {
+    const auto design = smallWith("\"length_m\": 48", "\"length_m\": 1e999");
+    const auto result = run("design " + design + saving);
+    EXPECT_EQ(result.err, "caudalis: " + file("design.json") +
+                              ": spans[0].length_m is too large (beyond the range of a "
+                              "double-precision number)\n");
+    EXPECT_EQ(result.exitCode, ExitCode::BadInput);
+}
+
 TEST_F(ProgramBadInputTest, NegativeLength) {
     const auto result = run("design " + smallWith("\"length_m\": 48", "\"length_m\": -48") + saving);
     EXPECT_EQ(result.err, "caudalis: spans[0].length_m must be > 0\n");

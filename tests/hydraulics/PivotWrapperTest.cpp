@@ -461,6 +461,7 @@ TEST(PivotWrapper, ASpanOfTheMostOutletsAnIntegerCountsIsMarchedToItsLastOutlet)
     EXPECT_EQ(wrapper->numeroTotalDeSaidas(), 32767);
     EXPECT_EQ(strategy->calls.size(), 2U * 32767U);
     EXPECT_GT(wrapper->saidaAt(32767).caudal, 0);
+    wrapper->setTimeForCompleteRevolution(20);
     EXPECT_EQ(wrapper->WaterDepthsSamples(true).count(), 32767);
     EXPECT_EQ(wrapper->extractCarta()->mountedAspersores()->Count(), 0);
 }

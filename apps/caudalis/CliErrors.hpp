@@ -11,6 +11,8 @@ inline constexpr int Ok = 0;
 inline constexpr int BadInput = 1;
 inline constexpr int Usage = 2;
 inline constexpr int NotSettled = 3;
+/// A design with an error finding, or with a warning under --strict.
+inline constexpr int DesignFindings = 4;
 }  // namespace ExitCode
 
 /// A failure the program reports as one line on stderr and ends with `exitCode()`.

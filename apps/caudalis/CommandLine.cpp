@@ -106,6 +106,13 @@ void CommandLine::defineDesign(CLI::App& app) {
     design->add_option("--report", o.reportPath,
                        "also write the whole printout with its plots as one HTML page (opens offline, prints "
                        "to PDF)");
+    design
+        ->add_option("--units", o.units,
+                     "print in these units: si (kPa, l/s, m, mm) or us (psi, gpm, ft, in); "
+                     "default: the design file's")
+        ->check(CLI::IsMember({"si", "us"}));
+    design->add_flag("--strict", o.strict,
+                     "exit with status 4 when the design has a warning (errors always do)");
     design->add_option("--max-passes", o.maxPasses, "give up after this many passes of the march")
         ->check(CLI::PositiveNumber)
         ->capture_default_str();
@@ -149,6 +156,8 @@ void CommandLine::defineEvaluate(CLI::App& app) {
                        "store the evaluation and its figures in the project database");
     addProjectOption(*evaluate, o.projectPath, "project database for --save, list and show");
     evaluate->add_flag("--json", o.json, "print everything as JSON");
+    evaluate->add_option("--report", o.reportPath,
+                         "write the evaluation as one self-contained HTML page (plot and figures)");
     evaluate->add_subcommand("list", "list the stored evaluations with their CU and DU");
     evaluate->add_subcommand("show", "print a stored evaluation and its figures")
         ->add_option("id", o.evaluationId, "evaluation key (see evaluate list)")
@@ -168,9 +177,15 @@ void CommandLine::defineCatalogue(CLI::App& app) {
     list->add_option("--brand", o.brand, "only this brand");
     list->add_option("--model", o.model, "only this model");
     list->add_flag("--json", o.json, "print JSON");
-    catalogue->add_subcommand("import", "add the nozzles of a CSV file, all or none")
-        ->add_option("csv-file", o.csvImportPath, "brand,model,nozzle,a,b,pmin,pmax,qmin,qmax per row")
+    list->add_option("--units", o.units, "print pressures and flows in si (kPa, l/s) or us (psi, gpm)")
+        ->check(CLI::IsMember({"si", "us"}));
+    auto* import = catalogue->add_subcommand("import", "add the nozzles of a CSV file, all or none");
+    import->add_option("csv-file", o.csvImportPath, "brand,model,nozzle,a,b,pmin,pmax,qmin,qmax per row")
         ->required();
+    import
+        ->add_option("--units", o.units,
+                     "units of the file: si (q = a p^b in l/s and kPa) or us (gpm and psi)")
+        ->check(CLI::IsMember({"si", "us"}));
 }
 
 void CommandLine::defineChart(CLI::App& app) {

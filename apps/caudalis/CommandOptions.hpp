@@ -26,6 +26,9 @@ struct CommandLine::Options {
     std::optional<long> system;
     long maxPasses = 1000;
     bool json = false;
+    bool strict = false;
+    /// --units: the printout's units; the design file's own when empty.
+    std::optional<std::string> units;
     // evaluate
     std::vector<std::string> readingsPaths;
     std::optional<double> gaugeDiameterM;

@@ -31,6 +31,7 @@
 #include "caudalis/design/HtmlReport.hpp"
 #include "caudalis/design/JsonReport.hpp"
 #include "caudalis/design/ReadingsError.hpp"
+#include "caudalis/design/ReportLabels.hpp"
 #include "caudalis/design/TextReport.hpp"
 
 namespace caudalis::cli {
@@ -46,28 +47,69 @@ Long systemFor(const std::optional<long>& given, const design::DesignDescription
     return static_cast<Long>(*system);
 }
 
-nlohmann::json nozzleJson(const Aspersor& nozzle) {
+/// The units the command's --units names; SI when it names none.
+design::Units unitsOption(const std::optional<std::string>& name) {
+    return design::Units(name ? *design::Units::parse(*name) : design::UnitSystem::SI);
+}
+
+nlohmann::json nozzleJson(const Aspersor& nozzle, const design::Units& units) {
+    using design::Quantity;
+    if (units.system() == design::UnitSystem::SI) {
+        return {{"id", nozzle.id()},
+                {"marca", nozzle.marca().nome},
+                {"modelo", nozzle.modelo().nome},
+                {"nome", nozzle.nome()},
+                {"a", nozzle.a()},
+                {"b", nozzle.b()},
+                {"pmin", nozzle.pmin()},
+                {"pmax", nozzle.pmax()},
+                {"qmin", nozzle.qmin()},
+                {"qmax", nozzle.qmax()},
+                {"units", units.name()}};
+    }
+    const double b = design::coefficientValue(nozzle.b());
     return {{"id", nozzle.id()},
             {"marca", nozzle.marca().nome},
             {"modelo", nozzle.modelo().nome},
             {"nome", nozzle.nome()},
-            {"a", nozzle.a()},
-            {"b", nozzle.b()},
-            {"pmin", nozzle.pmin()},
-            {"pmax", nozzle.pmax()},
-            {"qmin", nozzle.qmin()},
-            {"qmax", nozzle.qmax()}};
+            {"a", units.flowCoefficientFromSI(design::coefficientValue(nozzle.a()), b)},
+            {"b", b},
+            {"pmin", units.fromSI(Quantity::Pressure, nozzle.pmin())},
+            {"pmax", units.fromSI(Quantity::Pressure, nozzle.pmax())},
+            {"qmin", units.fromSI(Quantity::Flow, nozzle.qmin())},
+            {"qmax", units.fromSI(Quantity::Flow, nozzle.qmax())},
+            {"units", units.name()}};
 }
 
-void printNozzle(std::ostream& out, const Aspersor& nozzle) {
-    fmt::print(out, "{:>6} {:<12} {:<16} {:<14} a={} b={} p {:g}-{:g} kPa q {:g}-{:g} l/s\n", nozzle.id(),
-               nozzle.marca().nome, nozzle.modelo().nome, nozzle.nome(), nozzle.a(), nozzle.b(),
-               nozzle.pmin(), nozzle.pmax(), nozzle.qmin(), nozzle.qmax());
+void printNozzle(std::ostream& out, const Aspersor& nozzle, const design::Units& units) {
+    using design::Quantity;
+    const double b = design::coefficientValue(nozzle.b());
+    const auto a =
+        units.system() == design::UnitSystem::SI
+            ? nozzle.a()
+            : fmt::format("{:.6g}", units.flowCoefficientFromSI(design::coefficientValue(nozzle.a()), b));
+    fmt::print(out, "{:>6} {:<12} {:<16} {:<14} a={} b={} p {:g}-{:g} {} q {:g}-{:g} {}\n", nozzle.id(),
+               nozzle.marca().nome, nozzle.modelo().nome, nozzle.nome(), a, nozzle.b(),
+               units.fromSI(Quantity::Pressure, nozzle.pmin()),
+               units.fromSI(Quantity::Pressure, nozzle.pmax()), units.symbol(Quantity::Pressure),
+               units.fromSI(Quantity::Flow, nozzle.qmin()), units.fromSI(Quantity::Flow, nozzle.qmax()),
+               units.symbol(Quantity::Flow));
 }
 
-void writeCsv(const std::string& path, const design::DesignResult& result) {
+/// A catalogue row written in `units`, in SI.
+CatalogueRow inSI(CatalogueRow row, const design::Units& units) {
+    using design::Quantity;
+    row.a = units.flowCoefficientToSI(row.a, row.b);
+    row.pmin = units.toSI(Quantity::Pressure, row.pmin);
+    row.pmax = units.toSI(Quantity::Pressure, row.pmax);
+    row.qmin = units.toSI(Quantity::Flow, row.qmin);
+    row.qmax = units.toSI(Quantity::Flow, row.qmax);
+    return row;
+}
+
+void writeCsv(const std::string& path, const design::DesignResult& result, const design::Units& units) {
     OutputFile file(path, "CSV");
-    design::CsvReport::write(file.stream(), result);
+    design::CsvReport::write(file.stream(), result, units);
     file.close();
 }
 
@@ -79,9 +121,9 @@ void writeReport(const std::string& path, const design::ReportDocument& document
 
 /// Runs the design, naming the option that bounds the passes when it does not settle.
 design::DesignResult computeDesign(const design::DesignDescription& description,
-                                   design::NozzleSource& nozzles, long maxPasses) {
+                                   design::NozzleSource& nozzles, const design::DesignOptions& options) {
     try {
-        return design::DesignRunner(design::DesignOptions{maxPasses}).run(description, nozzles);
+        return design::DesignRunner(options).run(description, nozzles);
     } catch (const design::DesignError& error) {
         if (error.kind() == design::DesignError::Kind::NotSettled) {
             throw NotSettledError(std::string(error.what()) + " (--max-passes)");
@@ -112,23 +154,32 @@ void CommandLine::runDesign() {
         store->requireNameIsFree(*o.chartName, system);
     }
     const auto source = services_.nozzleSource(o.cataloguePath);
-    const auto result = computeDesign(description, *source, o.maxPasses);
+    const design::Units units(o.units ? *design::Units::parse(*o.units) : description.units);
+    const auto result =
+        computeDesign(description, *source, design::DesignOptions{o.maxPasses, units.system()});
     if (o.json) {
-        design::JsonReport::write(out_, result);
+        design::JsonReport::write(out_, result, units);
     } else {
-        design::TextReport::write(out_, result);
+        design::TextReport::write(out_, result, units);
     }
     if (!o.csvPath.empty()) {
-        writeCsv(o.csvPath, result);
+        writeCsv(o.csvPath, result, units);
     }
     if (!o.reportPath.empty()) {
         writeReport(o.reportPath,
-                    design::DesignPrintout::document(result, design::Units(description.units), true));
+                    design::DesignPrintout::document(result, units, true));
     }
     for (const auto& finding : result.findings) {
         if (finding.severity != design::Severity::Note) {
             note(design::severityName(finding.severity) + ": " + finding.message);
         }
+    }
+    if (result.fails(o.strict)) {
+        throw CliError(ExitCode::DesignFindings,
+                       std::string(result.has(design::Severity::Error)
+                                       ? "the design has errors"
+                                       : "the design has warnings and --strict was given") +
+                           (store ? "; the chart was not stored" : ""));
     }
     if (store) {
         const auto id = store->saveAsNew(result.chart, *o.chartName, system);
@@ -172,7 +223,7 @@ void CommandLine::evaluateReadings() {
         const auto description = design::DesignFile::load(o.designPath);
         const auto source = services_.nozzleSource(o.cataloguePath);
         outcome.design =
-            EvaluationDesign::reference(o.designPath, computeDesign(description, *source, o.maxPasses),
+            EvaluationDesign::reference(o.designPath, computeDesign(description, *source, design::DesignOptions{o.maxPasses, std::nullopt}),
                                         o.timerPercent, o.wettedDiameterM);
         settings.expectedDepthMm = outcome.design->expectedDepthMm;
         if (!settings.lastSpanEndM) {
@@ -193,6 +244,9 @@ void CommandLine::evaluateReadings() {
     } else {
         EvaluationReport::write(out_, outcome);
     }
+    if (!o.reportPath.empty()) {
+        writeReport(o.reportPath, EvaluationReport::document(outcome));
+    }
     const auto invalid =
         std::count_if(outcome.result.excluded.begin(), outcome.result.excluded.end(),
                       [](const auto& e) { return e.reason == design::ExclusionReason::Invalid; });
@@ -211,13 +265,14 @@ void CommandLine::listNozzles() {
     selection.brand = o.brand;
     selection.model = o.model;
     const auto nozzles = services_.nozzleSource(o.cataloguePath)->nozzles(selection);
+    const auto units = unitsOption(o.units);
     auto list = nlohmann::json::array();
     for (Long i = 1; i <= nozzles->Count(); ++i) {
         const auto nozzle = nozzles->objectAt<Aspersor>(i);
         if (o.json) {
-            list.push_back(nozzleJson(*nozzle));
+            list.push_back(nozzleJson(*nozzle, units));
         } else {
-            printNozzle(out_, *nozzle);
+            printNozzle(out_, *nozzle, units);
         }
     }
     if (o.json) {
@@ -227,7 +282,11 @@ void CommandLine::listNozzles() {
 
 void CommandLine::importCatalogue() {
     const auto& o = *options_;
-    const auto rows = CatalogueCsv::load(o.csvImportPath);
+    auto rows = CatalogueCsv::load(o.csvImportPath);
+    const auto units = unitsOption(o.units);
+    for (auto& row : rows) {
+        row = inSI(row, units);
+    }
     const auto summary = CatalogueImport(o.cataloguePath, err_, services_.progressOnErrorStream).run(rows);
     fmt::print(out_, "imported {} nozzles into {} ({} new brands, {} new models)\n", summary.nozzles,
                o.cataloguePath, summary.newBrands, summary.newModels);

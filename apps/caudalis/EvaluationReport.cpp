@@ -5,6 +5,8 @@
 
 #include "JsonValue.hpp"
 #include "caudalis/design/CatchCanStatistics.hpp"
+#include "caudalis/design/EvaluationPrintout.hpp"
+#include "caudalis/design/PlainTextReport.hpp"
 
 namespace caudalis::cli {
 
@@ -15,29 +17,7 @@ using design::CatchCanStatistics;
 using design::ExclusionReason;
 using design::FieldReading;
 
-/// The label of each named figure in the text report, with its number format.
-struct FigureLabel {
-    const char* name;
-    const char* label;
-    const char* format;
-};
-
-const std::vector<FigureLabel>& figureLabels() {
-    static const std::vector<FigureLabel> labels{
-        {"collectors", "Collectors", "{:.0f}"},
-        {"mean_depth_mm", "Mean depth (mm)", "{:.2f}"},
-        {"low_quarter_mean_mm", "Low-quarter mean depth (mm)", "{:.2f}"},
-        {"cu_hh_percent", "CU Heermann-Hein (%)", "{:.1f}"},
-        {"du_lq_percent", "DU low quarter (%)", "{:.1f}"},
-        {"scheduling_coefficient", "Scheduling coefficient", "{:.2f}"},
-        {"cu_moving_average_percent", "CU 3-collector average (%)", "{:.1f}"},
-    };
-    return labels;
-}
-
-std::string figureText(const std::optional<double>& value, const char* format) {
-    return value ? fmt::format(fmt::runtime(format), *value) : std::string("n/a");
-}
+using design::EvaluationPrintout;
 
 void line(std::ostream& out, const std::string& label, const std::string& value) {
     fmt::print(out, "  {:<32}{}\n", label, value);
@@ -49,18 +29,6 @@ std::string where(const FieldReading& reading) {
 
 std::string collectorName(const FieldReading& reading) {
     return reading.collector.empty() ? std::string() : " collector " + reading.collector;
-}
-
-std::string reasonText(const design::ExcludedReading& excluded) {
-    switch (excluded.reason) {
-        case ExclusionReason::CrewFlag:
-            return "struck out by the crew (" + excluded.reading.crewExclusion + ")";
-        case ExclusionReason::InsideRadius:
-            return "inside the inner radius";
-        case ExclusionReason::Invalid:
-            break;
-    }
-    return "not a valid reading";
 }
 
 const char* reasonName(ExclusionReason reason) {
@@ -134,40 +102,15 @@ nlohmann::json comparisonJson(const DesignReference& design, const design::Desig
 }  // namespace
 
 void EvaluationReport::writeFigures(std::ostream& out, const design::FieldEvaluationResult& result) {
-    std::vector<std::pair<std::string, const CatchCanFigures*>> columns;
-    for (const auto& lineFigures : result.lines) {
-        columns.emplace_back("Line " + lineFigures.name, &lineFigures.figures);
-    }
-    if (result.lines.size() > 1) {
-        columns.emplace_back("Lines' mean", &result.lineAverage);
-        columns.emplace_back("Together", &result.together);
-    }
-    if (result.endGunZone) {
-        columns.emplace_back("End gun", &*result.endGunZone);
-    }
-    fmt::print(out, "  {:<32}", "Figures (distance-weighted)");
-    for (const auto& column : columns) {
-        fmt::print(out, "{:>13}", column.first);
-    }
-    fmt::print(out, "\n");
-    for (const auto& label : figureLabels()) {
-        fmt::print(out, "  {:<32}", label.label);
-        for (const auto& column : columns) {
-            for (const auto& [name, value] : CatchCanStatistics::named(*column.second)) {
-                if (name == label.name) {
-                    fmt::print(out, "{:>13}", figureText(value, label.format));
-                }
-            }
-        }
-        fmt::print(out, "\n");
-    }
+    out << design::PlainTextReport::table(EvaluationPrintout::figuresTable(result));
 }
 
 void EvaluationReport::writeReadingNotes(std::ostream& out, const design::FieldEvaluationResult& result) {
     for (const auto& excluded : result.excluded) {
         fmt::print(out, "  left out: line {}{} {:g} at {:g} m, {} ({})\n", excluded.reading.line,
                    collectorName(excluded.reading), excluded.reading.sample.collectedAmount,
-                   excluded.reading.sample.distanceFromCenter, reasonText(excluded), where(excluded.reading));
+                   excluded.reading.sample.distanceFromCenter, EvaluationPrintout::reasonText(excluded),
+                   where(excluded.reading));
     }
     fmt::print(out, "Collectors more than {:g} % off the mean: {}\n", result.settings.outlierPercent,
                result.outliers.size());
@@ -280,13 +223,24 @@ nlohmann::json EvaluationReport::toJson(const EvaluationOutcome& outcome) {
                                : nlohmann::json(nullptr)}};
 }
 
+design::ReportDocument EvaluationReport::document(const EvaluationOutcome& outcome) {
+    design::EvaluationPrintoutInput input{outcome.name, outcome.readings, outcome.result, std::nullopt};
+    if (outcome.design && outcome.comparison) {
+        const auto& design = *outcome.design;
+        input.designed =
+            design::DesignedBeside{design.designPath, design.timerPercent, design.wettedDiameterFrom,
+                                   design.machine, *outcome.comparison};
+    }
+    return design::EvaluationPrintout::document(input);
+}
+
 void EvaluationReport::writeList(std::ostream& out,
                                  const std::vector<design::StoredEvaluationSummary>& evaluations) {
     fmt::print(out, "{:>6}  {:<32}{:>8}{:>8}\n", "id", "name", "CU %", "DU %");
     for (const auto& evaluation : evaluations) {
         fmt::print(out, "{:>6}  {:<32}{:>8}{:>8}\n", evaluation.id, evaluation.name,
-                   figureText(evaluation.cuHeermannHein, "{:.1f}"),
-                   figureText(evaluation.duLowQuarter, "{:.1f}"));
+                   EvaluationPrintout::figureText(evaluation.cuHeermannHein, 1),
+                   EvaluationPrintout::figureText(evaluation.duLowQuarter, 1));
     }
 }
 

@@ -11,6 +11,7 @@
 #include "caudalis/design/FieldEvaluationResult.hpp"
 #include "caudalis/design/FieldEvaluationStore.hpp"
 #include "caudalis/design/MeasuredDesignedComparison.hpp"
+#include "caudalis/design/ReportDocument.hpp"
 
 namespace caudalis::cli {
 
@@ -31,6 +32,8 @@ public:
 
     static void write(std::ostream& out, const EvaluationOutcome& outcome);
     static nlohmann::json toJson(const EvaluationOutcome& outcome);
+    /// The evaluation as a report document, for `--report`.
+    static design::ReportDocument document(const EvaluationOutcome& outcome);
     static void writeList(std::ostream& out, const std::vector<design::StoredEvaluationSummary>& evaluations);
     static void writeStored(std::ostream& out, const design::StoredFieldEvaluation& stored);
     static nlohmann::json storedJson(const design::StoredFieldEvaluation& stored);

@@ -88,14 +88,16 @@ void bindDesignRun(py::module_& services) {
     py::class_<DesignResult>(services, "DesignResult", doc("design.DesignResult"))
         .def_readonly("design", &DesignResult::design)
         .def_readonly("chart", &DesignResult::chart, doc("design.DesignResult.chart"))
-        .def("json", &JsonReport::text, doc("design.JsonReport.text"))
+        .def(
+            "json", [](const DesignResult& result) { return JsonReport::text(result); },
+            doc("design.JsonReport.text"))
         .def("csv", &written<CsvReport>, "The outlets as CSV, as the command line writes them.")
         .def("text", &written<TextReport>, "The sprinkler chart as the command line prints it.");
     services.def(
         "run",
         [](const DesignDescription& description, const CollectionRef& nozzles, long maxPasses) {
             InMemoryNozzleSource source(nozzles);
-            return DesignRunner(DesignOptions{maxPasses}).run(description, source);
+            return DesignRunner(DesignOptions{maxPasses, std::nullopt}).run(description, source);
         },
         py::arg("description"), py::arg("nozzles"), py::arg("maxPasses") = DesignOptions{}.maxPasses,
         doc("design.DesignRunner"));

@@ -6,6 +6,7 @@
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/design/NozzleSize.hpp"
 #include "caudalis/design/ReportLabels.hpp"
+#include "caudalis/design/ResultUnits.hpp"
 
 namespace caudalis::design {
 
@@ -33,6 +34,11 @@ std::string nozzleColumns(const saida& outlet) {
 }  // namespace
 
 void CsvReport::write(std::ostream& out, const DesignResult& result) {
+    write(out, result, Units(result.design.units));
+}
+
+void CsvReport::write(std::ostream& out, const DesignResult& design, const Units& units) {
+    const auto result = ResultUnits::convert(design, units);
     out << "span,outlet,place,distanciaAoPivot,cota,caudal,pressao_ideal,pressao_real,pressao_actuante,"
            "marca,modelo,aspersor,caudal_do_aspersor,deviation_percent,over_pressure,regulated,depth_mm,"
            "ideal_depth_mm,pipe_pressure_kpa,nozzle_mm,nozzle_inch_128ths\n";

@@ -9,6 +9,7 @@
 #include "JsonFields.hpp"
 #include "JsonPosition.hpp"
 #include "caudalis/design/DesignError.hpp"
+#include "caudalis/design/DesignValidation.hpp"
 #include "caudalis/design/TextFile.hpp"
 
 namespace caudalis::design {
@@ -30,7 +31,8 @@ std::string parseErrorText(const nlohmann::json::parse_error& error) {
 }
 
 /// The JSON library's document builder that also keeps where the reader stopped when it refused
-/// the text, which its error for a number too large for a double does not tell.
+/// the text, and the token it refused, which its error for a number too large for a double does
+/// not tell.
 class DocumentBuilder : public nlohmann::detail::json_sax_dom_parser<nlohmann::json> {
 public:
     using json_sax_dom_parser::json_sax_dom_parser;
@@ -38,20 +40,25 @@ public:
     template <class Exception>
     bool parse_error(std::size_t position, const std::string& token, const Exception& error) {
         refusedAt_ = position;
+        refusedToken_ = token;
         return json_sax_dom_parser::parse_error(position, token, error);
     }
 
     /// Offset just past the text the reader refused.
     std::size_t refusedAt() const noexcept { return refusedAt_; }
+    const std::string& refusedToken() const noexcept { return refusedToken_; }
 
 private:
     std::size_t refusedAt_ = 0;
+    std::string refusedToken_;
 };
 
 /// A number too large for a double, named by its field.
-std::string tooLargeNumber(const std::string& text, std::size_t refusedAt) {
-    const auto path = jsonPathAt(text, refusedAt == 0 ? 0 : refusedAt - 1);
-    return (path.empty() ? std::string("a number") : path) +
+std::string tooLargeNumber(const std::string& text, const DocumentBuilder& builder) {
+    const auto at = builder.refusedAt();
+    const auto path = jsonPathAt(text, at == 0 ? 0 : at - 1);
+    const auto& number = builder.refusedToken();
+    return (path.empty() ? std::string("a number") : path) + (number.empty() ? "" : " (" + number + ")") +
            " is too large (beyond the range of a double-precision number)";
 }
 
@@ -332,6 +339,7 @@ UnitSystem readUnits(JsonFields& root) {
 DesignDescription fromJson(const nlohmann::json& document) {
     JsonFields root(document, "");
     root.optionalText("$schema");
+    root.comment("$comment");
     DesignDescription design;
     design.units = readUnits(root);
     root.setUnits(Units(design.units));
@@ -356,6 +364,7 @@ DesignDescription fromJson(const nlohmann::json& document) {
     design.nozzleSelection = readNozzleSelection(root);
     design.checks = readChecks(root);
     root.finish();
+    DesignValidation::validate(design);
     return design;
 }
 
@@ -369,7 +378,7 @@ DesignDescription DesignFile::parse(const std::string& text, const std::string& 
     } catch (const nlohmann::json::parse_error& error) {
         throw DesignError::invalid(sourceName + ": malformed JSON: " + parseErrorText(error));
     } catch (const nlohmann::json::out_of_range&) {
-        throw DesignError::invalid(sourceName + ": " + tooLargeNumber(text, builder.refusedAt()));
+        throw DesignError::invalid(sourceName + ": " + tooLargeNumber(text, builder));
     }
     return fromJson(document);
 }

@@ -1,6 +1,5 @@
 #include "caudalis/design/DesignPrintout.hpp"
 
-#include <cstdio>
 #include <functional>
 
 #include "caudalis/catalogue/Aspersor.hpp"
@@ -12,14 +11,8 @@ namespace caudalis::design {
 
 namespace {
 
-std::string fixed(double value, int decimals) {
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.*f", decimals, value);
-    return buffer;
-}
-
 std::string percent(const std::optional<double>& value) {
-    return value ? fixed(*value, 1) + " %" : "n/a";
+    return value ? UnitText::fixed(*value, 1) + " %" : "n/a";
 }
 
 ReportTable pairs(std::vector<std::vector<std::string>> rows) {
@@ -39,7 +32,7 @@ std::string nozzleSizeMm(const saida& outlet) {
         return "-";
     }
     const auto size = NozzleSize::fromDesignation(outlet.obj_aspersor->nome());
-    return size ? fixed(size->millimetres, 2) : "-";
+    return size ? UnitText::fixed(size->millimetres, 2) : "-";
 }
 
 std::string nozzleSize128(const saida& outlet) {
@@ -47,7 +40,7 @@ std::string nozzleSize128(const saida& outlet) {
         return "-";
     }
     const auto size = NozzleSize::fromDesignation(outlet.obj_aspersor->nome());
-    return size ? fixed(size->inch128ths, 1) : "-";
+    return size ? UnitText::fixed(size->inch128ths, 1) : "-";
 }
 
 std::string modelOf(const saida& outlet) {
@@ -132,7 +125,7 @@ ReportSection DesignPrintout::summary(const DesignResult& result, const UnitText
     std::vector<std::vector<std::string>> rows{
         {"Design discharge", text.text(Quantity::Flow, s.designFlowLps)},
         {"Computed discharge", text.text(Quantity::Flow, s.computedFlowLps) + " (" +
-                                   fixed((s.computedFlowLps / s.designFlowLps - 1) * 100, 1) +
+                                   UnitText::fixed((s.computedFlowLps / s.designFlowLps - 1) * 100, 1) +
                                    " % of the design)"},
         {"Passes", std::to_string(s.passes)}};
     if (s.hasEndGun) {
@@ -142,7 +135,7 @@ ReportSection DesignPrintout::summary(const DesignResult& result, const UnitText
     }
     rows.push_back({"Irrigated length", text.text(Quantity::Length, s.irrigatedLengthM)});
     rows.push_back({"Irrigated area", text.area(s.irrigatedAreaM2)});
-    rows.push_back({"Revolution time at 100 %", fixed(s.revolutionTimeH, 2) + " h"});
+    rows.push_back({"Revolution time at 100 %", UnitText::fixed(s.revolutionTimeH, 2) + " h"});
     if (a.depths) {
         rows.push_back({"Depth per revolution (volume over area)", text.depth(a.depths->volumeOverAreaMm)});
         rows.push_back({"Mean of the outlets' depths (distance-weighted)",
@@ -200,7 +193,7 @@ ReportSection DesignPrintout::spans(const DesignResult& result, const UnitText& 
              text.number(Quantity::Length, span.longitude), spanOutsideDiameter(result, row, text),
              text.number(Quantity::Diameter, span.diametro),
              text.number(Quantity::Spacing, span.separationSaidas_cm), std::to_string(span.Saidas.count()),
-             fixed(result.design.roughnessC, 0),
+             UnitText::fixed(result.design.roughnessC, 0),
              text.number(Quantity::Pressure, span.entry_conditions.pressao),
              text.number(Quantity::Flow, span.entry_conditions.caudal),
              text.number(Quantity::Pressure, span.exit_condition.pressao),
@@ -219,7 +212,7 @@ ReportSection DesignPrintout::outlets(const DesignResult& result, const UnitText
          text.heading("acting", Quantity::Pressure), text.heading("required", Quantity::Flow),
          text.heading("delivered", Quantity::Flow), "dev %", "nozzle mm", "nozzle /128 in", "model", "nozzle",
          text.heading("drop height", Quantity::Length), "hose", "regulator",
-         text.heading("depth", Quantity::Depth), "over"},
+         text.heading("depth", Quantity::Depth), "note"},
         {},
         numericAfter(1, 11)};
     for (std::size_t i = 11; i < table.headers.size(); ++i) {
@@ -229,17 +222,17 @@ ReportSection DesignPrintout::outlets(const DesignResult& result, const UnitText
         const auto& row = result.outlets[i];
         const auto& o = row.outlet;
         const bool gun = row.place == OutletPlace::EndGun;
-        table.rows.push_back({outletLabel(row), text.number(Quantity::Length, o.distanciaAoPivot),
-                              gun ? "-" : text.number(Quantity::Length, o.cota),
-                              text.number(Quantity::Pressure, result.analysis.pipePressuresKpa[i]),
-                              text.number(Quantity::Pressure, o.pressao_real),
-                              text.number(Quantity::Pressure, o.pressao_actuante),
-                              text.number(Quantity::Flow, o.caudal, 1),
-                              text.number(Quantity::Flow, o.caudal_do_aspersor, 1),
-                              row.deviationPercent ? fixed(*row.deviationPercent, 1) : "n/a", nozzleSizeMm(o),
-                              nozzleSize128(o), modelOf(o), nozzleOf(o), dropHeight(result, row, text),
-                              hoseText(result, row, text), regulatorText(result, row, text),
-                              text.number(Quantity::Depth, row.depthMm), o.over_pressure ? "yes" : ""});
+        table.rows.push_back(
+            {outletLabel(row), text.number(Quantity::Length, o.distanciaAoPivot),
+             gun ? "-" : text.number(Quantity::Length, o.cota),
+             text.number(Quantity::Pressure, result.analysis.pipePressuresKpa[i]),
+             text.number(Quantity::Pressure, o.pressao_real),
+             text.number(Quantity::Pressure, o.pressao_actuante), text.number(Quantity::Flow, o.caudal, 1),
+             text.number(Quantity::Flow, o.caudal_do_aspersor, 1),
+             row.deviationPercent ? UnitText::fixed(*row.deviationPercent, 1) : "n/a", nozzleSizeMm(o),
+             nozzleSize128(o), modelOf(o), nozzleOf(o), dropHeight(result, row, text),
+             hoseText(result, row, text), regulatorText(result, row, text),
+             text.number(Quantity::Depth, row.depthMm), outletNote(row)});
     }
     return ReportSection{"Outlets", {table}};
 }
@@ -253,8 +246,9 @@ ReportSection DesignPrintout::timer(const DesignResult& result, const UnitText& 
     if (speeds.tempoH100 > 0) {
         for (Long i = 1; i <= 10; ++i) {
             const auto& row = speeds.velocidades(i);
-            table.rows.push_back({fixed(row.percentagem, 0), fixed(row.tempoDeUmaVolta, 1),
-                                  text.speed(row.velocidadeLinear), text.depth(row.dotacao)});
+            table.rows.push_back({UnitText::fixed(row.percentagem, 0),
+                                  UnitText::fixed(row.tempoDeUmaVolta, 1), text.speed(row.velocidadeLinear),
+                                  text.depth(row.dotacao)});
         }
     }
     return ReportSection{
@@ -294,7 +288,7 @@ ReportSection DesignPrintout::runoff(const DesignResult& result, const UnitText&
         table.rows.push_back(
             {point.code, text.number(Quantity::Length, e.distanceM),
              text.number(Quantity::Length, e.wettedDiameterM), text.number(Quantity::Rate, e.peakRateMmH),
-             fixed(e.applicationTimeH * 60, 1), text.number(Quantity::Depth, e.appliedMm),
+             UnitText::fixed(e.applicationTimeH * 60, 1), text.number(Quantity::Depth, e.appliedMm),
              text.number(Quantity::Depth, e.infiltrationCapacityMm), text.number(Quantity::Depth, e.runoffMm),
              e.verdict == RunoffVerdict::Runoff ? "runoff" : "no runoff"});
     };
@@ -390,6 +384,36 @@ ReportSection DesignPrintout::plots(const DesignResult& result, const UnitText& 
     return section;
 }
 
+std::string DesignPrintout::packageLine(const DesignResult& result, const UnitText& text) {
+    const auto& package = result.package;
+    std::string line = "Package: spans " + (package.spans.empty() ? std::string("-") : package.spans);
+    if (!package.inner.empty()) {
+        line += ", up to " + text.text(Quantity::Length, package.innerToDistanceM) + " " + package.inner;
+    }
+    if (!package.endGun.empty() && result.summary.hasEndGun) {
+        line += ", end gun " + package.endGun;
+    }
+    return line;
+}
+
+std::string DesignPrintout::outletNote(const OutletResult& row) {
+    std::vector<std::string> notes;
+    if (row.reason != ChoiceReason::WithinTolerance) {
+        notes.push_back(reasonText(row.reason));
+    }
+    if (row.starvedRegulator) {
+        notes.push_back("regulator starved");
+    }
+    if (row.outlet.over_pressure) {
+        notes.push_back("over pressure");
+    }
+    std::string note;
+    for (const auto& part : notes) {
+        note += (note.empty() ? "" : "; ") + part;
+    }
+    return note;
+}
+
 ReportDocument DesignPrintout::document(const DesignResult& result, const Units& units, bool withPlots) {
     const UnitText text(units);
     const auto& design = result.design;
@@ -399,8 +423,9 @@ ReportDocument DesignPrintout::document(const DesignResult& result, const Units&
                      (design.systemId ? " (system " + std::to_string(*design.systemId) + ")" : std::string());
     document.subtitle.push_back("Inlet " + text.text(Quantity::Pressure, design.inletPressureKpa) +
                                 ", design flow " + text.text(Quantity::Flow, design.designFlowLps) +
-                                ", pipe C " + fixed(design.roughnessC, 0) + ", nozzles within " +
-                                fixed(design.nozzleSelection.tolerance * 100, 0) + " %");
+                                ", pipe C " + UnitText::fixed(design.roughnessC, 0) + ", nozzles within " +
+                                UnitText::fixed(design.nozzleSelection.tolerance * 100, 0) + " %");
+    document.subtitle.push_back(packageLine(result, text));
     document.sections = {findings(result), summary(result, text)};
     if (withPlots) {
         document.sections.push_back(plots(result, text));

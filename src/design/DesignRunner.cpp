@@ -2,10 +2,13 @@
 
 #include <algorithm>
 
+#include "OperatingPoints.hpp"
+#include "PackageChooser.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
 #include "caudalis/core/Statics.hpp"
 #include "caudalis/design/DesignAnalyser.hpp"
 #include "caudalis/design/DesignChecks.hpp"
+#include "caudalis/design/DesignValidation.hpp"
 #include "caudalis/design/MachineBuilder.hpp"
 #include "caudalis/design/NozzlePackageStrategy.hpp"
 #include "caudalis/design/Uniformity.hpp"
@@ -57,15 +60,46 @@ std::optional<double> deviationPercent(const saida& outlet) {
 }
 
 OutletResult outletResult(OutletPlace place, int span, long number, const saida& outlet, bool regulated) {
-    return OutletResult{place, span, number, outlet, regulated, deviationPercent(outlet), 0, 0};
+    OutletResult row;
+    row.place = place;
+    row.span = span;
+    row.number = number;
+    row.outlet = outlet;
+    row.regulated = regulated;
+    row.deviationPercent = deviationPercent(outlet);
+    return row;
 }
 
 void addSpan(DesignResult& result, const tramo& span, int number, bool overhang) {
     result.spans.push_back(SpanResult{number, overhang, span});
     const auto place = overhang ? OutletPlace::Overhang : OutletPlace::Span;
     for (Long j = 1; j <= span.Saidas.count(); ++j) {
-        result.outlets.push_back(outletResult(place, number, j, span.Saidas(j), span.temRegulador));
+        auto row = outletResult(place, number, j, span.Saidas(j), span.temRegulador);
+        if (span.temRegulador) {
+            row.regulatorKpa = span.regulador.Preg;
+        }
+        result.outlets.push_back(row);
     }
+}
+
+/// Reasons come in march order, which is the order of the outlets.
+void attachReasons(DesignResult& result, const std::vector<ChoiceReason>& reasons, double marginKpa) {
+    for (std::size_t i = 0; i < result.outlets.size(); ++i) {
+        auto& row = result.outlets[i];
+        row.reason = i < reasons.size() ? reasons[i] : ChoiceReason::NoPackage;
+        row.starvedRegulator = row.regulatorKpa && row.outlet.pressao_real < *row.regulatorKpa + marginKpa;
+    }
+}
+
+PackageSummary summaryOf(const NozzlePackage& package) {
+    PackageSummary summary;
+    summary.spans = package.spans.label();
+    if (package.inner) {
+        summary.inner = package.inner->label();
+        summary.innerToDistanceM = package.innerToDistanceM;
+    }
+    summary.endGun = package.endGun.label();
+    return summary;
 }
 
 /// The samples come in the order of the outlets: spans outwards, overhang, end gun.
@@ -158,27 +192,37 @@ DesignSummary DesignRunner::summarise(PivotWrapper& wrapper, DesignResult& resul
     return summary;
 }
 
-DesignResult DesignRunner::run(const DesignDescription& design, NozzleSource& nozzles) const {
-    const auto available = nozzles.nozzles(design.nozzleSelection);
-    auto strategy = std::make_shared<NozzlePackageStrategy>(available, design.nozzleSelection.tolerance,
-                                                            options_.maxPasses);
+DesignResult DesignRunner::run(const DesignDescription& description, NozzleSource& nozzles) const {
+    DesignValidation::validate(description);
+    DesignResult result;
+    result.design = description;
+    const auto& design = result.design;
+    auto strategy = std::make_shared<NozzlePackageStrategy>(NozzlePackage{}, options_.maxPasses);
     const auto wrapper = Statics::application()->newPivotWrapper(MachineBuilder().build(design), strategy);
-    wrapper->setAvaillableAspersores(available);
+    pivot machine;
+    if (design.regulation.automatic) {
+        wrapper->update(machine);
+        result.design.regulators = OperatingPoints::automaticRegulators(machine, design.regulation);
+    }
     fitAccessories(*wrapper, design);
+    wrapper->computeIdealOperationMode();
+    wrapper->update(machine);
+    const OperatingPoints points(machine, wrapper->getEndGunBoost());
+    strategy->usePackage(
+        PackageChooser(design.nozzleSelection, nozzles).choose(points.spanOutlets(), points.endGun()));
+    result.package = summaryOf(strategy->package());
     wrapper->calculate();
 
-    DesignResult result;
-    result.design = design;
-    pivot machine;
     wrapper->update(machine);
     collectOutlets(machine, result);
     result.machine = machine;
+    attachReasons(result, strategy->reasons(), design.regulation.marginKpa);
     result.summary = summarise(*wrapper, result, *strategy);
     result.chart = wrapper->extractCarta();
     result.chart->transferAcessoriesFrom(*strategy->carta());
     result.chart->setEndGunBoost(wrapper->getEndGunBoost());
     result.chart->setNome(design.name);
-    result.findings = DesignChecks::check(result);
+    result.findings = DesignChecks::check(result, Units(options_.units.value_or(design.units)));
     result.analysis = DesignAnalyser::analyse(result, nozzles.wettedDiameters());
     result.findings.insert(result.findings.end(), result.analysis.findings.begin(),
                            result.analysis.findings.end());

@@ -46,7 +46,8 @@ const char* const plotScript = R"js(
 function caudalisPlot(id, spec) {
   const datasets = spec.series.map(function (s) {
     return { label: s.label, data: s.points.map(function (p) { return { x: p[0], y: p[1] }; }),
-      borderColor: s.colour, backgroundColor: s.colour, yAxisID: s.axis,
+      borderColor: s.colour, backgroundColor: s.style === 'band' ? s.colour + '40' : s.colour,
+      yAxisID: s.axis, fill: s.style === 'band' ? '-1' : false,
       borderWidth: 2, borderDash: s.style === 'dashed' ? [6, 4] : [],
       showLine: s.style !== 'points', stepped: s.style === 'steps' ? 'before' : false,
       pointRadius: s.style === 'points' ? 3 : 0, spanGaps: false };
@@ -73,6 +74,8 @@ std::string seriesStyle(SeriesStyle style) {
             return "points";
         case SeriesStyle::Steps:
             return "steps";
+        case SeriesStyle::Band:
+            return "band";
         case SeriesStyle::Line:
             break;
     }

@@ -1,5 +1,6 @@
 #include "JsonFields.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 #include "caudalis/design/DesignError.hpp"
@@ -153,6 +154,19 @@ std::optional<double> JsonFields::optionalQuantity(const std::string& base, Quan
     return units_.toSI(quantity, *value);
 }
 
+void JsonFields::comment(const std::string& key) {
+    const auto* value = find(key);
+    if (value == nullptr || value->is_string()) {
+        return;
+    }
+    const bool lines =
+        value->is_array() && std::all_of(value->begin(), value->end(),
+                                         [](const nlohmann::json& line) { return line.is_string(); });
+    if (!lines) {
+        fail(key, "must be a text or an array of texts");
+    }
+}
+
 bool JsonFields::optionalWord(const std::string& key, const std::string& word) {
     const auto* value = find(key);
     return value != nullptr && value->is_string() && value->get<std::string>() == word;
@@ -210,7 +224,8 @@ std::string JsonFields::hintFor(const std::string& key) const {
     const Units other(units_.system() == UnitSystem::US ? UnitSystem::SI : UnitSystem::US);
     for (const auto quantity :
          {Quantity::Pressure, Quantity::Flow, Quantity::Length, Quantity::Diameter, Quantity::Spacing}) {
-        const auto suffix = "_" + other.suffix(quantity);
+        std::string suffix(1, '_');
+        suffix += other.suffix(quantity);
         if (key.size() > suffix.size() &&
             key.compare(key.size() - suffix.size(), suffix.size(), suffix) == 0) {
             return " (the file's units are \"" + units_.name() + "\": give it as " +

@@ -43,6 +43,8 @@ public:
     std::string text(const std::string& key);
     std::optional<std::string> optionalText(const std::string& key);
     bool flag(const std::string& key, bool byDefault);
+    /// A comment for the reader of the file: a text or an array of texts, otherwise ignored.
+    void comment(const std::string& key);
     /// True when the field holds the text `word`; false when it is absent or holds anything else.
     bool optionalWord(const std::string& key, const std::string& word);
     /// Whether the object has the field (a null counts as absent).

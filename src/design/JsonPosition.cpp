@@ -31,9 +31,14 @@ std::string pathOf(const std::vector<Level>& levels) {
     std::string path;
     for (const auto& level : levels) {
         if (level.array) {
-            path += "[" + std::to_string(level.index) + "]";
+            path += '[';
+            path += std::to_string(level.index);
+            path += ']';
         } else if (!level.key.empty()) {
-            path += (path.empty() ? "" : ".") + level.key;
+            if (!path.empty()) {
+                path += '.';
+            }
+            path += level.key;
         }
     }
     return path;

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
 #include "caudalis/design/DesignError.hpp"
 #include "caudalis/hydraulics/PivotWrapper.hpp"
@@ -39,6 +40,7 @@ void NozzlePackageStrategy::beforeCompute(PivotWrapper& pivot_wrapper) {
     passes_ = 0;
     unfitted_.clear();
     reasons_.assign(static_cast<std::size_t>(outletsPerPass_), ChoiceReason::NoPackage);
+    chosen_.assign(static_cast<std::size_t>(outletsPerPass_), NozzleChoice{});
 }
 
 void NozzlePackageStrategy::afterCompute(PivotWrapper& /*pivot_wrapper*/) {}

@@ -100,28 +100,33 @@ NozzleChoice NozzleSet::choose(double pressure, double flow, double tolerance, N
     if (best) {
         return {best, ChoiceReason::WithinTolerance};
     }
+    if (smallestRatedFlow(pressure) > flow) {
+        return {nullptr, ChoiceReason::BelowSmallestNozzle};
+    }
     if (policy == NoFitPolicy::NearestSize) {
         return {nearestRated(pressure, flow), ChoiceReason::NearestSize};
     }
     return {nullptr, ChoiceReason::NoneWithinTolerance};
 }
 
+double NozzleSet::smallestRatedFlow(double pressure) const {
+    double smallest = std::numeric_limits<double>::infinity();
+    forEachRated(pressure, [&](const std::shared_ptr<Aspersor>& nozzle) {
+        smallest = std::min(smallest, nozzle->calculate(pressure));
+    });
+    return smallest;
+}
+
 std::shared_ptr<Aspersor> NozzleSet::nearestRated(double pressure, double flow) const {
     std::shared_ptr<Aspersor> nearest;
     double smallest = std::numeric_limits<double>::infinity();
-    for (const auto& group : groups_) {
-        if (!group.holds(pressure)) {
-            continue;
+    forEachRated(pressure, [&](const std::shared_ptr<Aspersor>& nozzle) {
+        const double deviation = deviationOf(*nozzle, pressure, flow);
+        if (deviation < smallest || !nearest) {
+            nearest = nozzle;
+            smallest = deviation;
         }
-        for (Long i = 1; i <= group.nozzles->Count(); ++i) {
-            const auto nozzle = group.nozzles->objectAt<Aspersor>(i);
-            const double deviation = deviationOf(*nozzle, pressure, flow);
-            if (deviation < smallest || !nearest) {
-                nearest = nozzle;
-                smallest = deviation;
-            }
-        }
-    }
+    });
     return nearest;
 }
 

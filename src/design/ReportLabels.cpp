@@ -49,6 +49,42 @@ std::string nozzleLabel(const saida& outlet) {
     return nozzle.marca().nome + " " + nozzle.modelo().nome + " " + nozzle.nome();
 }
 
+std::string reasonText(ChoiceReason reason) {
+    switch (reason) {
+        case ChoiceReason::WithinTolerance:
+            return "closest flow within the tolerance";
+        case ChoiceReason::NearestSize:
+            return "nearest size, outside the tolerance";
+        case ChoiceReason::NoneWithinTolerance:
+            return "no rated nozzle within the tolerance";
+        case ChoiceReason::BelowSmallestNozzle:
+            return "plugged: needs less than the smallest rated nozzle";
+        case ChoiceReason::NoneRatedForPressure:
+            return "no nozzle of the package is rated for this pressure";
+        case ChoiceReason::NoPackage:
+            break;
+    }
+    return "the package has no nozzles here";
+}
+
+std::string reasonCode(ChoiceReason reason) {
+    switch (reason) {
+        case ChoiceReason::WithinTolerance:
+            return "within_tolerance";
+        case ChoiceReason::NearestSize:
+            return "nearest_size";
+        case ChoiceReason::NoneWithinTolerance:
+            return "none_within_tolerance";
+        case ChoiceReason::BelowSmallestNozzle:
+            return "below_smallest_nozzle";
+        case ChoiceReason::NoneRatedForPressure:
+            return "none_rated_for_pressure";
+        case ChoiceReason::NoPackage:
+            break;
+    }
+    return "no_package";
+}
+
 double coefficientValue(const std::string& text) {
     return parseLocaleNumber(text).value_or(0.0);
 }

@@ -4,15 +4,11 @@
 
 namespace caudalis::design {
 
-namespace {
-
-std::string fixed(double value, int decimals) {
+std::string UnitText::fixed(double value, int decimals) {
     char buffer[64];
     std::snprintf(buffer, sizeof buffer, "%.*f", decimals < 0 ? 0 : decimals, value);
     return buffer;
 }
-
-}  // namespace
 
 int UnitText::decimals(Quantity quantity) const {
     const bool si = units_.system() == UnitSystem::SI;

@@ -12,6 +12,10 @@
 #include "caudalis/design/DesignFile.hpp"
 #include "caudalis/design/DesignPrintout.hpp"
 #include "caudalis/design/DesignRunner.hpp"
+#include "caudalis/design/DesignedMachineProfile.hpp"
+#include "caudalis/design/EvaluationPrintout.hpp"
+#include "caudalis/design/FieldEvaluator.hpp"
+#include "caudalis/design/FieldReadingsCsv.hpp"
 #include "caudalis/design/HtmlReport.hpp"
 #include "caudalis/design/InMemoryNozzleSource.hpp"
 
@@ -23,6 +27,8 @@ namespace {
 
 constexpr const char* blue = "1f77b4";
 constexpr const char* red = "d62728";
+constexpr const char* green = "2ca02c";
+constexpr const char* orange = "ff7f0e";
 
 /// A zigzag from 0 to 100 and back, so that the drawn line crosses the whole plot height.
 std::vector<std::pair<double, double>> zigzag() {
@@ -163,9 +169,33 @@ TEST_F(HtmlReportInBrowser, PrintsToPdfOnNumberedPages) {
 
 namespace {
 
+/// A screenshot 1300 pixels wide of the page opened with the network unreachable.
+std::string offlineScreenshot(TemporaryFolder& folder, const std::string& html, int height) {
+    const auto png = folder.file("offline-shot.png");
+    const HeadlessChromium offline({"--host-resolver-rules=MAP * ~NOTFOUND"});
+    EXPECT_EQ(offline.screenshot(html, png, 1300, height), 0);
+    return png;
+}
+
+/// Prints the page to PDF and checks that it has at least `minimumPages` numbered pages
+/// ("Page N of N" on the last) and holds every text of `expected`.
+void expectPrintedOnNumberedPages(TemporaryFolder& folder, const std::string& html, int minimumPages,
+                                  const std::vector<std::string>& expected) {
+    const auto pdf = folder.file("printed.pdf");
+    ASSERT_EQ(HeadlessChromium().printToPdf(html, pdf), 0);
+    const int pages = pdfPages(pdf);
+    ASSERT_GE(pages, minimumPages);
+    const auto text = pdfText(pdf);
+    for (const auto& fragment : expected) {
+        EXPECT_NE(text.find(fragment), std::string::npos) << fragment;
+    }
+    EXPECT_NE(text.find("Page " + std::to_string(pages) + " of " + std::to_string(pages)), std::string::npos);
+}
+
 std::string designReport(TemporaryFolder& folder) {
     using namespace caudalis::design;
-    InMemoryNozzleSource source(caudalis::testing::sampleNozzles(), {{1, 12}, {2, 16}, {3, 14}, {4, 66}});
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue(),
+                                caudalis::testing::sampleWettedDiameters());
     const auto result = DesignRunner().run(
         DesignFile::load(caudalis::testing::sourcePath("examples/designs/realistic.json")), source);
     const auto path = folder.file("design.html");
@@ -178,23 +208,69 @@ std::string designReport(TemporaryFolder& folder) {
 TEST(DesignReportInBrowser, DrawsThePlotsAndPrintsTheWholePrintoutOnNumberedPages) {
     TemporaryFolder folder;
     const auto html = designReport(folder);
-    const auto png = folder.file("design.png");
-    const HeadlessChromium offline({"--host-resolver-rules=MAP * ~NOTFOUND"});
-    ASSERT_EQ(offline.screenshot(html, png, 1300, 3200), 0);
+    const auto png = offlineScreenshot(folder, html, 3200);
     // The first series of each plot (pipe pressure, required flow, ground, depth, peak rate)
     // is drawn in the palette's first colour, plot after plot down the page.
     const auto pixels = colourPixels(png, {blue, red});
     EXPECT_GT(pixels[0].count, 5000);
     EXPECT_GT(pixels[0].lastRow - pixels[0].firstRow, 1500);
     EXPECT_GT(pixels[1].count, 2000);
-    const auto pdf = folder.file("design.pdf");
-    ASSERT_EQ(HeadlessChromium().printToPdf(html, pdf), 0);
-    const int pages = pdfPages(pdf);
-    ASSERT_GE(pages, 5);
-    const auto text = pdfText(pdf);
-    for (const char* expected : {"Verdict", "Timer settings", "Runoff", "7-19", "gun", "Outlets", "Spans",
-                                 "CU Heermann-Hein, application profile"}) {
-        EXPECT_NE(text.find(expected), std::string::npos) << expected;
-    }
-    EXPECT_NE(text.find("Page " + std::to_string(pages) + " of " + std::to_string(pages)), std::string::npos);
+    expectPrintedOnNumberedPages(folder, html, 5,
+                                 {"Verdict", "Timer settings", "Runoff", "7-19", "gun", "Outlets", "Spans",
+                                  "CU Heermann-Hein, application profile"});
+}
+
+namespace {
+
+std::string readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream content;
+    content << in.rdbuf();
+    return content.str();
+}
+
+/// The shipped crew sheet of the small demonstration pivot laid over its design, as
+/// `caudalis evaluate --design --report` writes it.
+std::string evaluationReport(TemporaryFolder& folder) {
+    using namespace caudalis::design;
+    const auto sheet = caudalis::testing::sourcePath("examples/evaluations/small-2025.csv");
+    EvaluationPrintoutInput input;
+    input.name = "small-2025";
+    input.readings = FieldReadingsCsv::read({sheet, readFile(sheet)}, 0.1);
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
+    const auto design = DesignRunner().run(
+        DesignFile::load(caudalis::testing::sourcePath("examples/designs/small.json")), source);
+    DesignedBeside designed{"small.json", 100, "default", DesignedMachineProfile::of(design), {}};
+    FieldEvaluationSettings settings;
+    settings.innerRadiusM = 10;
+    settings.lastSpanEndM = designed.machine.spans.back().toM;
+    settings.expectedDepthMm = design.summary.depthMm;
+    input.result = FieldEvaluator::evaluate(input.readings, settings);
+    designed.comparison = MeasuredDesignedComparison::compare(input.result.counted, designed.machine, 12);
+    input.designed = designed;
+    const auto path = folder.file("evaluation.html");
+    HtmlReport::writeFile(path, EvaluationPrintout::document(input));
+    return path;
+}
+
+}  // namespace
+
+TEST(EvaluationReportInBrowser, DrawsTheDepthPlotAndPrintsEveryFigureOnNumberedPages) {
+    TemporaryFolder folder;
+    const auto html = evaluationReport(folder);
+    const auto png = offlineScreenshot(folder, html, 1400);
+    // Line 1's collectors (blue), line 2's (red), the designed profile (green) and the edge of
+    // the low-quarter band (orange) are drawn in the depth plot at the top of the page; the
+    // collector-by-collector differences (blue again) further down.
+    const auto pixels = colourPixels(png, {blue, red, green, orange});
+    EXPECT_GT(pixels[0].count, 300);
+    EXPECT_GT(pixels[1].count, 300);
+    EXPECT_GT(pixels[2].count, 500);
+    EXPECT_GT(pixels[3].count, 300);
+    EXPECT_LT(pixels[2].firstRow, 700) << "the designed profile is in the first plot";
+    expectPrintedOnNumberedPages(
+        folder, html, 2,
+        {"Field evaluation: small-2025", "Depth along the radius", "CU Heermann-Hein (%)",
+         "DU low quarter (%)", "Scheduling coefficient", "end-gun zone", "lines' mean", "Expected depth (mm)",
+         "Collectors left out", "tipped", "Measured beside designed", "Every collector", "W34"});
 }

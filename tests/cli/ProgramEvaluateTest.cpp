@@ -288,3 +288,37 @@ TEST_F(ProgramEvaluateTest, TheShippedCrewSheetPointsAtItsLowOutlet) {
     EXPECT_EQ(figures["comparison"]["outlets"][0]["outlet"], 4);
     EXPECT_EQ(figures["end_gun_zone"]["collectors"], 4);
 }
+
+TEST_F(ProgramEvaluateTest, ReportIsOnePageWithThePlotAndEveryFigure) {
+    const auto html = file("small-2025.html");
+    const auto result = run("evaluate " + example("evaluations/small-2025.csv") +
+                            " --gauge-diameter 0.1 --inner-radius 10 --design " +
+                            example("designs/small.json") + " --report " + quoted(html));
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_NE(result.out.find("Field evaluation: small-2025"), std::string::npos)
+        << "the text is printed too";
+    const auto page = readFile(html);
+    EXPECT_EQ(page.rfind("<!DOCTYPE html>", 0), 0u);
+    EXPECT_NE(page.find("<title>Field evaluation: small-2025</title>"), std::string::npos);
+    EXPECT_NE(page.find("caudalisPlot(\"plot-1\", {\"x\":\"distance from the centre (m)\""),
+              std::string::npos);
+    EXPECT_NE(page.find("\"label\":\"designed, timer 100 %\""), std::string::npos);
+    EXPECT_NE(page.find("\"style\":\"band\""), std::string::npos);
+    for (const char* expected :
+         {"<th>line east</th>", "<th>line west</th>", "<th>lines&#39; mean</th>",
+          "<th>both lines together</th>", "<th>end-gun zone</th>", "Mean depth / expected (%)",
+          "struck out by the crew (tipped)", "Measured beside designed", "<td>2-4</td>"}) {
+        EXPECT_NE(page.find(expected), std::string::npos) << expected;
+    }
+    // The figures are those the JSON gives.
+    const auto figures =
+        evaluate(example("evaluations/small-2025.csv") + " --gauge-diameter 0.1 --inner-radius 10 --design " +
+                 example("designs/small.json"));
+    const auto cu = fmt::format("<td>CU Heermann-Hein (%)</td><td class=\"num\">{:.1f}</td>",
+                                figures["lines"][0]["figures"]["cu_hh_percent"].get<double>());
+    EXPECT_NE(page.find(cu), std::string::npos) << cu;
+
+    expectFailure(run("evaluate " + example("evaluations/small-2025.csv") +
+                      " --gauge-diameter 0.1 --report /nonexistent/r.html"),
+                  ExitCode::BadInput, "cannot write HTML report file /nonexistent/r.html");
+}

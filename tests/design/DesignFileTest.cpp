@@ -111,6 +111,7 @@ TEST(DesignFile, OptionalPartsMayBeLeftOut) {
         document.erase(key);
     }
     document["nozzle_selection"] = {{"tolerance", 0.2}};
+    document["design_flow_lps"] = 10;  // what 90 m of spans can water
     const auto design = fromJson(document);
     EXPECT_FALSE(design.systemId);
     EXPECT_DOUBLE_EQ(design.centreElevationM, 0);
@@ -262,14 +263,79 @@ TEST(DesignFile, MissingFileNamesTheFile) {
               std::string("cannot open design file ") + CAUDALIS_SOURCE_DIR + ": it is a directory");
 }
 
-TEST(DesignFile, NumbersTooLargeForADoubleNameTheirField) {
-    EXPECT_EQ(messageOf([] { DesignFile::parse(R"({"spans":[{"length_m":1e999}]})", "big.json"); }),
-              "big.json: spans[0].length_m is too large (beyond the range of a double-precision number)");
-    EXPECT_EQ(messageOf([] { DesignFile::parse(R"({"name": "x", "design_flow_lps": -1e400})", "big.json"); }),
-              "big.json: design_flow_lps is too large (beyond the range of a double-precision number)");
-    EXPECT_EQ(messageOf([] { DesignFile::parse("1e999", "big.json"); }),
-              "big.json: a number is too large (beyond the range of a double-precision number)");
-    const std::string digits(400, '9');
-    EXPECT_EQ(messageOf([&] { DesignFile::parse("{\"a\": [1, {\"b\": " + digits + "}]}", "big.json"); }),
-              "big.json: a[1].b is too large (beyond the range of a double-precision number)");
+TEST(DesignFile, ANumberTooLargeForADoubleNamesFileAndField) {
+    const auto message = messageOf([] {
+        DesignFile::parse(R"({"name": "x", "spans": [{"length_m": 50}, {"length_m": 1e999}]})", "big.json");
+    });
+    EXPECT_EQ(
+        message,
+        "big.json: spans[1].length_m (1e999) is too large (beyond the range of a double-precision number)");
+    EXPECT_EQ(
+        messageOf([] { DesignFile::parse(R"({"design_flow_lps": -1e999})", "neg.json"); }),
+        "neg.json: design_flow_lps (-1e999) is too large (beyond the range of a double-precision number)");
+}
+
+TEST(DesignFile, AbsurdValuesAreRefusedNamingTheField) {
+    // 700 l/s on the test machine (122 m): gpm typed as l/s.
+    const auto flow = messageFor([](json& d) { d["design_flow_lps"] = 700; });
+    EXPECT_EQ(flow.rfind("design_flow_lps must be above 0 and at most", 0), 0u) << flow;
+    EXPECT_NE(flow.find("not 700"), std::string::npos) << flow;
+    EXPECT_EQ(messageFor([](json& d) { d["spans"][1]["outlet_spacing_cm"] = 2.9; }),
+              "spans[1].outlet_spacing_cm must be between 30 and 1000 cm, not 2.9");
+    EXPECT_EQ(messageFor([](json& d) { d["inlet_pressure_kpa"] = 35000; }),
+              "inlet_pressure_kpa must be between 1 and 1500 kPa, not 35000");
+    EXPECT_EQ(messageFor([](json& d) { d["roughness_c"] = 14000; }),
+              "roughness_c must be between 50 and 200, not 14000");
+}
+
+TEST(DesignFile, UsCustomaryFieldsCarryTheirUnits) {
+    auto document = validDesign();
+    document["units"] = "us";
+    const auto message = messageOf([&] { fromJson(document); });
+    EXPECT_EQ(message, "inlet_pressure_psi is missing");
+    document = validDesign();
+    document["units"] = "us";
+    document.erase("inlet_pressure_kpa");
+    document["inlet_pressure_psi"] = 36.26;
+    EXPECT_EQ(messageOf([&] { fromJson(document); }).rfind("design_flow_gpm is missing", 0), 0u);
+    EXPECT_EQ(messageFor([](json& d) { d["units"] = "metric"; }),
+              "units must be \"si\" or \"us\", not \"metric\"");
+}
+
+TEST(DesignFile, UnknownFieldInTheOtherUnitsSaysWhichToUse) {
+    EXPECT_EQ(messageFor([](json& d) { d["end_gun"]["booster_psi"] = 20; }),
+              "unknown field end_gun.booster_psi (the file's units are \"si\": give it as booster_kpa)");
+}
+
+TEST(DesignFile, ReadsThePackageRegulationAndChecks) {
+    auto document = validDesign();
+    document["nozzle_selection"] = json::parse(R"({"tolerance": 0.1, "model": "LDN-360 Spray",
+        "inner": {"model": "iWob Wobbler", "to_distance_m": 60},
+        "end_gun": {"brand": "Nimbra", "model": "SR-100 End Gun"}, "when_none_fits": "nearest_size"})");
+    document["regulators"] = "auto";
+    document["regulation"] =
+        json::parse(R"({"rating_kpa": 103, "margin_kpa": 30, "spread_limit_percent": 15})");
+    document["checks"] = json::parse(R"({"minimum_cu_percent": 90, "discharge_tolerance_percent": 3})");
+    const auto design = fromJson(document);
+    const auto& selection = design.nozzleSelection;
+    ASSERT_TRUE(selection.inner && selection.endGun);
+    EXPECT_EQ(selection.inner->name.model, "iWob Wobbler");
+    EXPECT_DOUBLE_EQ(selection.inner->toDistanceM, 60);
+    EXPECT_EQ(selection.endGun->brand, "Nimbra");
+    EXPECT_EQ(selection.whenNoneFits, NoFitPolicy::NearestSize);
+    EXPECT_TRUE(design.regulation.automatic);
+    EXPECT_TRUE(design.regulators.empty());
+    EXPECT_DOUBLE_EQ(*design.regulation.ratingKpa, 103);
+    EXPECT_DOUBLE_EQ(design.regulation.marginKpa, 30);
+    EXPECT_DOUBLE_EQ(design.regulation.spreadLimit, 0.15);
+    EXPECT_DOUBLE_EQ(design.checks.minimumUniformityPercent, 90);
+    EXPECT_DOUBLE_EQ(design.checks.dischargeTolerance, 0.03);
+    EXPECT_EQ(messageFor([](json& d) { d["regulators"] = "auto"; }),
+              "regulators \"auto\" needs regulation.rating_kpa");
+    EXPECT_EQ(messageFor([](json& d) { d["nozzle_selection"]["when_none_fits"] = "guess"; }),
+              "nozzle_selection.when_none_fits must be \"leave_empty\" or \"nearest_size\", not \"guess\"");
+}
+
+TEST(DesignFile, DefaultMarginIs35KpaOr5Psi) {
+    EXPECT_DOUBLE_EQ(fromJson(validDesign()).regulation.marginKpa, 35);
 }

@@ -25,7 +25,7 @@ DesignDescription example(const std::string& name) {
 }
 
 DesignResult runExample(const std::string& name) {
-    InMemoryNozzleSource source(caudalis::testing::sampleNozzles());
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
     return DesignRunner().run(example(name), source);
 }
 
@@ -142,7 +142,7 @@ TEST(DesignRunner, DropHoseCostsPressureAtTheRequiredFlow) {
     auto withDrop = example("hilly");
     auto withoutDrop = withDrop;
     withoutDrop.drop.reset();
-    InMemoryNozzleSource source(caudalis::testing::sampleNozzles());
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
     const auto a = DesignRunner().run(withDrop, source);
     const auto b = DesignRunner().run(withoutDrop, source);
     ASSERT_EQ(a.outlets.size(), b.outlets.size());
@@ -162,7 +162,7 @@ TEST(DesignRunner, UninstalledDropAndRegulatorChangeNothing) {
     for (auto& regulator : design.regulators) {
         regulator.installed = false;
     }
-    InMemoryNozzleSource source(caudalis::testing::sampleNozzles());
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
     const auto result = DesignRunner().run(design, source);
     for (const auto& outlet : result.outlets) {
         EXPECT_FALSE(outlet.regulated);
@@ -182,12 +182,13 @@ TEST(DesignRunner, ChartHoldsEveryFittedNozzle) {
 
 TEST(DesignRunner, ModelSelectionLimitsTheNozzles) {
     auto design = example("small");
-    design.nozzleSelection.model = "NB Wobbler";
-    InMemoryNozzleSource source(caudalis::testing::sampleNozzles());
+    design.nozzleSelection.brand.reset();
+    design.nozzleSelection.model = "R3000 Rotator";
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
     const auto result = DesignRunner().run(design, source);
     for (const auto& outlet : result.outlets) {
         if (outlet.outlet.obj_aspersor) {
-            EXPECT_EQ(outlet.outlet.obj_aspersor->modelo().nome, "NB Wobbler");
+            EXPECT_EQ(outlet.outlet.obj_aspersor->modelo().nome, "R3000 Rotator");
         }
     }
 }
@@ -195,7 +196,8 @@ TEST(DesignRunner, ModelSelectionLimitsTheNozzles) {
 TEST(DesignRunner, UnknownBrandIsAnInputError) {
     auto design = example("small");
     design.nozzleSelection.brand = "Nobody";
-    InMemoryNozzleSource source(caudalis::testing::sampleNozzles());
+    design.nozzleSelection.model.reset();
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
     try {
         DesignRunner().run(design, source);
         FAIL() << "no error";
@@ -206,11 +208,78 @@ TEST(DesignRunner, UnknownBrandIsAnInputError) {
 }
 
 TEST(DesignRunner, TooFewPassesIsNotSettled) {
-    InMemoryNozzleSource source(caudalis::testing::sampleNozzles());
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
     try {
-        DesignRunner(DesignOptions{1}).run(example("realistic"), source);
+        DesignRunner(DesignOptions{1, std::nullopt}).run(example("realistic"), source);
         FAIL() << "no error";
     } catch (const DesignError& error) {
         EXPECT_EQ(error.kind(), DesignError::Kind::NotSettled);
+    }
+}
+
+TEST(DesignRunner, ChoosesOneSpanModelAndAnEndGunModelWhenTheFileNamesNone) {
+    auto design = example("realistic");
+    design.nozzleSelection = NozzleSelection{};
+    design.nozzleSelection.tolerance = 0.1;
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
+    const auto result = DesignRunner().run(design, source);
+    EXPECT_FALSE(result.package.spans.empty());
+    EXPECT_NE(result.package.endGun.find("Gun"), std::string::npos) << result.package.endGun;
+    for (const auto& row : result.outlets) {
+        if (row.outlet.obj_aspersor) {
+            const auto& nozzle = *row.outlet.obj_aspersor;
+            const auto label = nozzle.marca().nome + " " + nozzle.modelo().nome;
+            EXPECT_EQ(label, row.place == OutletPlace::EndGun ? result.package.endGun : result.package.spans);
+        }
+    }
+}
+
+TEST(DesignRunner, InnerModelServesTheOutletsNearTheCentre) {
+    const auto result = runExample("hilly");
+    EXPECT_EQ(result.package.inner, "Rotaflux RX Spinner");
+    EXPECT_EQ(result.package.spans, "Rotaflux RX Spinner HF");
+    for (const auto& row : result.outlets) {
+        if (row.outlet.obj_aspersor) {
+            EXPECT_EQ(row.outlet.obj_aspersor->modelo().nome,
+                      row.outlet.distanciaAoPivot <= 200 ? "RX Spinner" : "RX Spinner HF");
+        }
+    }
+}
+
+TEST(DesignRunner, AutomaticRegulatorsGoWhereThePressureSpreads) {
+    auto design = example("hilly");
+    design.regulators.clear();
+    design.regulation.automatic = true;
+    design.regulation.ratingKpa = 138;
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
+    const auto result = DesignRunner().run(design, source);
+    ASSERT_FALSE(result.design.regulators.empty());
+    for (const auto& regulator : result.design.regulators) {
+        EXPECT_DOUBLE_EQ(regulator.pressureKpa, 138);
+    }
+    // A tight limit regulates every span, a loose one none.
+    design.regulation.spreadLimit = 0.001;
+    EXPECT_EQ(DesignRunner().run(design, source).design.regulators.size(), 6u);
+    design.regulation.spreadLimit = 1;
+    EXPECT_TRUE(DesignRunner().run(design, source).design.regulators.empty());
+}
+
+TEST(DesignRunner, NonFiniteInputFromAHostIsRefusedNamingTheField) {
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
+    auto design = example("small");
+    design.designFlowLps = std::nan("");
+    try {
+        DesignRunner().run(design, source);
+        FAIL() << "no error";
+    } catch (const DesignError& error) {
+        EXPECT_STREQ(error.what(), "design_flow_lps must be a finite number, not NaN");
+    }
+    design = example("small");
+    design.spans[1].lengthM = HUGE_VAL;
+    try {
+        DesignRunner().run(design, source);
+        FAIL() << "no error";
+    } catch (const DesignError& error) {
+        EXPECT_STREQ(error.what(), "spans[1].length_m must be a finite number, not infinity");
     }
 }

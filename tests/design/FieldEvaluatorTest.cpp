@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "CrewReadings.hpp"
 #include "caudalis/design/FieldEvaluator.hpp"
 #include "caudalis/design/FieldReadingsCsv.hpp"
 #include "caudalis/design/ReadingsError.hpp"
@@ -13,23 +14,7 @@ FieldReadings readingsOf(const std::string& csv) {
     return FieldReadingsCsv::read({"r.csv", csv}, std::nullopt);
 }
 
-// Line a: 8, 10, 12, 14 mm at 10 .. 40 m; line b: 12 mm everywhere; plus a collector inside
-// 5 m, one struck out by the crew, one invalid and two in the end-gun zone.
-const char* const twoLines =
-    "line,collector,distance_m,depth_mm,flag\n"
-    "a,1,4,30,\n"
-    "a,2,10,8,\n"
-    "a,3,20,10,\n"
-    "a,4,30,12,\n"
-    "a,5,40,14,\n"
-    "a,6,50,20,\n"
-    "b,1,40,12,\n"
-    "b,2,30,12,\n"
-    "b,3,20,12,\n"
-    "b,4,10,12,\n"
-    "b,5,35,2,tipped\n"
-    "b,6,25,-1,\n"
-    "b,7,55,10,\n";
+using caudalis::testing::twoCrewLines;
 
 }  // namespace
 
@@ -37,7 +22,7 @@ TEST(FieldEvaluator, ExclusionsAndEndGunZone) {
     FieldEvaluationSettings settings;
     settings.innerRadiusM = 5;
     settings.lastSpanEndM = 45;
-    const auto result = FieldEvaluator::evaluate(readingsOf(twoLines), settings);
+    const auto result = FieldEvaluator::evaluate(readingsOf(twoCrewLines), settings);
     EXPECT_EQ(result.readings, 13);
     ASSERT_EQ(result.excluded.size(), 3u);
     EXPECT_EQ(result.excluded[0].reason, ExclusionReason::InsideRadius);
@@ -104,6 +89,7 @@ TEST(FieldEvaluator, HoldsAtMostTheLargestNumberOfReadingsItCanStore) {
         FieldEvaluator::evaluate(readingsOf(csv), {});
         FAIL();
     } catch (const ReadingsError& error) {
-        EXPECT_EQ(std::string(error.what()), "r.csv: 32768 readings, more than the 32767 an evaluation can hold");
+        EXPECT_EQ(std::string(error.what()),
+                  "r.csv: 32768 readings, more than the 32767 an evaluation can hold");
     }
 }

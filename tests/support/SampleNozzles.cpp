@@ -4,6 +4,10 @@
 
 #include <string>
 
+#include "ShippedDatabases.hpp"
+#include "TemporaryFolder.hpp"
+#include "caudalis/db/Connection.hpp"
+#include "caudalis/design/WettedDiameters.hpp"
 #include "caudalis/catalogue/AspersoresStatic.hpp"
 #include "caudalis/core/Statics.hpp"
 
@@ -46,6 +50,32 @@ CollectionRef sampleNozzles() {
         ++id;
     }
     return nozzles;
+}
+
+namespace {
+
+/// The path of the sample catalogue database made once for the test program.
+const std::string& sampleCataloguePath() {
+    static const TemporaryFolder folder;
+    static const std::string path = [] {
+        const auto made = folder.file("sample-catalogue.db");
+        createCatalogueDatabase(made);
+        return made;
+    }();
+    return path;
+}
+
+}  // namespace
+
+CollectionRef sampleCatalogue() {
+    static const CollectionRef nozzles = Statics::application()->Aspersores()->find(sampleCataloguePath());
+    return nozzles;
+}
+
+std::map<Long, double> sampleWettedDiameters() {
+    Connection catalogue(sampleCataloguePath());
+    catalogue.Open();
+    return design::WettedDiameters::load(catalogue);
 }
 
 std::string sourcePath(const std::string& relative) {

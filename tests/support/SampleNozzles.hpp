@@ -1,8 +1,10 @@
 #pragma once
 
+#include <map>
 #include <string>
 
 #include "caudalis/core/Collection.hpp"
+#include "caudalis/core/Basic.hpp"
 
 namespace caudalis::testing {
 
@@ -11,6 +13,13 @@ namespace caudalis::testing {
 /// "Rotaflux" ("RF Rotator") and "Nimbra" ("NB Wobbler") cover 0.05-1.5 l/s at 50-300 kPa;
 /// end guns of "Vellora" ("VL Gun") cover 2-8 l/s at 200-500 kPa.
 CollectionRef sampleNozzles();
+
+/// Every nozzle of the shipped sample catalogue (data/sample), read once from a catalogue
+/// database made for the test program.
+CollectionRef sampleCatalogue();
+
+/// The wetted diameter of every model of the shipped sample catalogue, by model id.
+std::map<Long, double> sampleWettedDiameters();
 
 /// The path of a file shipped with the sources.
 std::string sourcePath(const std::string& relative);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "caudalis/design/DesignResult.hpp"
 #include "caudalis/design/ReportDocument.hpp"
 #include "caudalis/design/UnitText.hpp"
@@ -22,6 +24,11 @@ public:
     static ReportSection timer(const DesignResult& result, const UnitText& text);
     static ReportSection runoff(const DesignResult& result, const UnitText& text);
     static ReportSection plots(const DesignResult& result, const UnitText& text);
+    /// "Package: spans <model>[, up to <distance> <model>][, end gun <model>]".
+    static std::string packageLine(const DesignResult& result, const UnitText& text);
+    /// Why the outlet has its nozzle or none (when that is not the plain closest match), a
+    /// starved regulator, over pressure; empty when there is nothing to say.
+    static std::string outletNote(const OutletResult& row);
 };
 
 }  // namespace caudalis::design

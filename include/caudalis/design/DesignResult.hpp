@@ -9,6 +9,7 @@
 #include "caudalis/design/DesignAnalysis.hpp"
 #include "caudalis/design/DesignDescription.hpp"
 #include "caudalis/design/Finding.hpp"
+#include "caudalis/design/NozzleSet.hpp"
 
 namespace caudalis {
 class CartaAspersores;
@@ -35,6 +36,13 @@ struct OutletResult {
     /// Depth laid in one revolution by the delivered and by the required flow, in mm.
     double depthMm = 0;
     double idealDepthMm = 0;
+    /// Why the outlet got its nozzle, or none.
+    ChoiceReason reason = ChoiceReason::NoPackage;
+    /// The rating of the outlet's regulator, when its span has one.
+    std::optional<double> regulatorKpa;
+    /// The regulator gets less than its rating plus the design's margin at its inlet, so it
+    /// does not regulate: the outlet acts at less than the chart says.
+    bool starvedRegulator = false;
 };
 
 /// One span (fixed or overhang) after the computation.
@@ -73,9 +81,20 @@ struct DesignSummary {
     std::optional<double> idealLowQuarterUniformity;
 };
 
+/// The models the package put on the machine, as "brand model" labels ("" for none).
+struct PackageSummary {
+    std::string spans;
+    std::string inner;
+    double innerToDistanceM = 0;
+    std::string endGun;
+};
+
 /// Everything a design run produces.
 struct DesignResult {
+    /// The design as computed: the description given, with the regulators the design chose
+    /// when it was asked to (`regulation.automatic`).
     DesignDescription design;
+    PackageSummary package;
     std::vector<SpanResult> spans;
     std::vector<OutletResult> outlets;
     DesignSummary summary;
@@ -87,6 +106,12 @@ struct DesignResult {
     DesignAnalysis analysis;
     /// The chart of the chosen nozzles with the design's accessories, ready to be stored.
     std::shared_ptr<CartaAspersores> chart;
+
+    /// Whether any finding has this severity.
+    bool has(Severity severity) const;
+    /// Whether the design must not be delivered: an error finding, or under `strict` any
+    /// warning.
+    bool fails(bool strict) const;
 };
 
 }  // namespace caudalis::design

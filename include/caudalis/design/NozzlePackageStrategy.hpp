@@ -14,8 +14,13 @@ namespace caudalis::design {
 /// tolerance. Counts the passes of the march and stops it with `DesignError` (`NotSettled`)
 /// once it goes past `maxPasses`. Keeps, for the latest pass, why each outlet got its nozzle
 /// and where the outlets without one are. Owns the chart that holds the design's accessories.
+/// So that the march settles, an outlet keeps the nozzle of the pass before while that nozzle
+/// is rated for its pressure and within the tolerance; after `freeAfterPasses` passes it
+/// keeps it (or its emptiness) while the nozzle is rated for the pressure, whatever the flow.
 class NozzlePackageStrategy : public CalculosStrategy {
 public:
+    static constexpr long freeAfterPasses = 20;
+
     NozzlePackageStrategy(NozzlePackage package, long maxPasses);
     /// Every outlet chooses among `nozzles`.
     NozzlePackageStrategy(const CollectionRef& nozzles, double tolerance, long maxPasses);
@@ -28,6 +33,8 @@ public:
     std::shared_ptr<Aspersor> aspersorFor(const saida& aSaida) override;
     std::shared_ptr<CartaAspersores> carta() override { return chart_; }
 
+    /// From now on the outlets choose from `package`.
+    void usePackage(NozzlePackage package) { package_ = std::move(package); }
     const NozzlePackage& package() const noexcept { return package_; }
     /// Passes of the latest computation (complete or started).
     long passes() const noexcept { return passes_; }
@@ -40,6 +47,7 @@ public:
 private:
     void countCall();
     const NozzleSet& setFor(const saida& outlet) const;
+    NozzleChoice keptOrNew(std::size_t index, const saida& outlet) const;
 
     NozzlePackage package_;
     long maxPasses_;
@@ -49,6 +57,7 @@ private:
     bool hasEndGun_ = false;
     std::vector<double> unfitted_;
     std::vector<ChoiceReason> reasons_;
+    std::vector<NozzleChoice> chosen_;
     std::shared_ptr<CartaAspersores> chart_;
 };
 

@@ -21,6 +21,9 @@ enum class ChoiceReason {
     NearestSize,
     /// Nozzles are rated for the pressure, but none is within the tolerance: left empty.
     NoneWithinTolerance,
+    /// Every nozzle rated for the pressure gives more than the outlet needs, beyond the
+    /// tolerance: the outlet is plugged, as designers do near the centre.
+    BelowSmallestNozzle,
     /// No nozzle of the package is rated for the acting pressure: left empty.
     NoneRatedForPressure,
     /// The package has no nozzles for this outlet: left empty.
@@ -56,8 +59,9 @@ public:
     /// Whether any nozzle is rated for `pressure`.
     bool hasRatedFor(double pressure) const;
     /// The nozzle for `flow` at `pressure`: among the nozzles rated for the pressure, the
-    /// closest flow within `tolerance` (`AspersoresStatic::getBestMatch`); else, as `policy`
-    /// says, none or the closest rated one.
+    /// closest flow within `tolerance` (`AspersoresStatic::getBestMatch`); else none when even
+    /// the smallest rated nozzle gives too much, and otherwise, as `policy` says, none or the
+    /// closest rated one.
     NozzleChoice choose(double pressure, double flow, double tolerance, NoFitPolicy policy) const;
 
 private:
@@ -68,6 +72,18 @@ private:
         bool holds(double pressure) const;
     };
     std::shared_ptr<Aspersor> nearestRated(double pressure, double flow) const;
+    double smallestRatedFlow(double pressure) const;
+    /// Calls `visit(nozzle)` for every nozzle rated for `pressure`.
+    template <class Visit>
+    void forEachRated(double pressure, Visit visit) const {
+        for (const auto& group : groups_) {
+            if (group.holds(pressure)) {
+                for (Long i = 1; i <= group.nozzles->Count(); ++i) {
+                    visit(group.nozzles->objectAt<Aspersor>(i));
+                }
+            }
+        }
+    }
 
     std::string label_;
     std::vector<RangeGroup> groups_;

@@ -24,8 +24,9 @@ struct ReportTable {
 /// Which vertical axis a plotted series is read against.
 enum class PlotAxis { Left, Right };
 
-/// How a series is drawn.
-enum class SeriesStyle { Line, DashedLine, Points, Steps };
+/// How a series is drawn. A band is a line whose area down (or up) to the series before it is
+/// shaded.
+enum class SeriesStyle { Line, DashedLine, Points, Steps, Band };
 
 /// One curve of a plot: (x, y) points in the order they are drawn.
 struct PlotSeries {

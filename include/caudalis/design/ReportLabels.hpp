@@ -17,6 +17,12 @@ const RegulatorDescription* regulatorOf(const DesignResult& result, const Outlet
 std::string placeName(OutletPlace place);
 /// Brand, model and nozzle designation of the outlet's nozzle; "-" when it has none.
 std::string nozzleLabel(const saida& outlet);
+/// A short sentence saying why an outlet got its nozzle or none ("closest flow within the
+/// tolerance").
+std::string reasonText(ChoiceReason reason);
+/// The reason as a word for programs: "within_tolerance", "nearest_size",
+/// "none_within_tolerance", "below_smallest_nozzle", "none_rated_for_pressure", "no_package".
+std::string reasonCode(ChoiceReason reason);
 /// The coefficient text of a nozzle (`Aspersor::a`, `b`) read back as a number.
 double coefficientValue(const std::string& text);
 

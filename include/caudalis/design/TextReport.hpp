@@ -1,6 +1,7 @@
 #pragma once
 
 #include <ostream>
+#include <string>
 
 #include "caudalis/design/DesignResult.hpp"
 #include "caudalis/design/Units.hpp"

@@ -13,6 +13,8 @@ public:
     explicit UnitText(Units units) : units_(units) {}
 
     const Units& units() const noexcept { return units_; }
+    /// A plain number with a fixed number of decimals (none when `decimals` is negative).
+    static std::string fixed(double value, int decimals);
     /// The number alone, e.g. "300.0".
     std::string number(Quantity quantity, double si) const;
     /// The number with more or fewer decimals than usual.

@@ -1,0 +1,142 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "SampleNozzles.hpp"
+#include "caudalis/design/DesignChecks.hpp"
+#include "caudalis/design/DesignFile.hpp"
+#include "caudalis/design/DesignRunner.hpp"
+#include "caudalis/design/InMemoryNozzleSource.hpp"
+
+using namespace caudalis;
+using namespace caudalis::design;
+
+namespace {
+
+DesignDescription example(const std::string& name) {
+    return DesignFile::load(caudalis::testing::sourcePath("examples/designs/" + name + ".json"));
+}
+
+DesignResult run(const DesignDescription& design) {
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
+    return DesignRunner().run(design, source);
+}
+
+const Finding* findingOf(const DesignResult& result, const std::string& code) {
+    const auto found = std::find_if(result.findings.begin(), result.findings.end(),
+                                    [&](const Finding& f) { return f.code == code; });
+    return found == result.findings.end() ? nullptr : &*found;
+}
+
+bool hasFinding(const std::vector<Finding>& findings, const std::string& code) {
+    return std::any_of(findings.begin(), findings.end(), [&](const Finding& f) { return f.code == code; });
+}
+
+/// Regulators of `pressure` on every fixed span of the design.
+void regulateEverySpan(DesignDescription& design, double pressure) {
+    design.regulators.clear();
+    for (std::size_t i = 1; i <= design.spans.size(); ++i) {
+        design.regulators.push_back(RegulatorDescription{static_cast<int>(i), pressure, 0, 0, true, std::nullopt});
+    }
+}
+
+}  // namespace
+
+TEST(DesignChecks, ACleanDesignHasNoWarning) {
+    const auto result = run(example("small"));
+    EXPECT_FALSE(result.has(Severity::Error));
+    EXPECT_FALSE(result.has(Severity::Warning));
+    EXPECT_FALSE(result.fails(true));
+}
+
+TEST(DesignChecks, StarvedRegulatorsAreReportedPerSpan) {
+    auto design = example("small");
+    regulateEverySpan(design, 200);  // the pipe holds at most 220 kPa, less than 200 + 35
+    const auto result = run(design);
+    const auto* finding = findingOf(result, "regulator-starved");
+    ASSERT_NE(finding, nullptr);
+    EXPECT_EQ(finding->severity, Severity::Warning);
+    EXPECT_NE(finding->message.find("less than the 200.0 kPa rating plus the 35.0 kPa margin"),
+              std::string::npos)
+        << finding->message;
+    for (const auto& row : result.outlets) {
+        if (row.regulated) {
+            EXPECT_TRUE(row.starvedRegulator);
+        }
+    }
+    EXPECT_TRUE(result.fails(true));
+    EXPECT_FALSE(result.fails(false));
+    // With a rating the pipe can feed, no regulator starves.
+    regulateEverySpan(design, 100);
+    EXPECT_EQ(findingOf(run(design), "regulator-starved"), nullptr);
+}
+
+TEST(DesignChecks, PsiTypedAsKpaEndsInNegativePipePressure) {
+    auto design = example("realistic");
+    design.inletPressureKpa = 35;
+    regulateEverySpan(design, 103);
+    const auto result = run(design);
+    const auto* negative = findingOf(result, "pipe-pressure-negative");
+    ASSERT_NE(negative, nullptr);
+    EXPECT_EQ(negative->severity, Severity::Error);
+    EXPECT_NE(findingOf(result, "regulator-starved"), nullptr);
+    EXPECT_EQ(result.findings.front().severity, Severity::Error);
+    EXPECT_TRUE(result.fails(false));
+}
+
+TEST(DesignChecks, EmptyOutletsDischargeAndUniformity) {
+    auto design = example("small");
+    design.nozzleSelection.tolerance = 0.005;
+    design.checks.minimumUniformityPercent = 99.95;
+    const auto result = run(design);
+    EXPECT_NE(findingOf(result, "outlets-without-nozzle"), nullptr);
+    EXPECT_NE(findingOf(result, "discharge-off"), nullptr);
+    EXPECT_NE(findingOf(result, "low-uniformity"), nullptr);
+    // The nearest size fills the same outlets, each flagged.
+    design.nozzleSelection.whenNoneFits = NoFitPolicy::NearestSize;
+    const auto nearest = run(design);
+    EXPECT_EQ(findingOf(nearest, "outlets-without-nozzle"), nullptr);
+    const auto* flagged = findingOf(nearest, "nearest-size");
+    ASSERT_NE(flagged, nullptr);
+    EXPECT_EQ(flagged->severity, Severity::Note);
+    EXPECT_TRUE(std::any_of(nearest.outlets.begin(), nearest.outlets.end(),
+                            [](const OutletResult& r) { return r.reason == ChoiceReason::NearestSize; }));
+}
+
+TEST(DesignChecks, OutletsNeedingLessThanTheSmallestNozzleArePlugged) {
+    const auto result = run(example("realistic"));
+    const auto* plugged = findingOf(result, "outlets-plugged");
+    ASSERT_NE(plugged, nullptr);
+    EXPECT_EQ(plugged->severity, Severity::Note);
+    for (const auto& row : result.outlets) {
+        if (!row.outlet.obj_aspersor) {
+            EXPECT_EQ(row.reason, ChoiceReason::BelowSmallestNozzle);
+        }
+    }
+}
+
+TEST(DesignChecks, NozzleOutsideItsRatedRangeAndTooManyOutlets) {
+    auto result = run(example("small"));
+    const Units si;
+    EXPECT_FALSE(hasFinding(DesignChecks::check(result, si), "nozzle-out-of-range"));
+    result.outlets[3].outlet.pressao_actuante = 900;  // as a chart made elsewhere might have it
+    const auto findings = DesignChecks::check(result, si);
+    EXPECT_TRUE(hasFinding(findings, "nozzle-out-of-range"));
+    result.outlets.resize(32768, result.outlets.front());
+    EXPECT_TRUE(hasFinding(DesignChecks::check(result, si), "too-many-outlets"));
+    result.outlets.resize(32767);
+    EXPECT_FALSE(hasFinding(DesignChecks::check(result, si), "too-many-outlets"));
+}
+
+TEST(DesignChecks, MessagesFollowTheUnitsAsked) {
+    auto design = example("small");
+    regulateEverySpan(design, 200);
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue());
+    DesignOptions options;
+    options.units = UnitSystem::US;
+    const auto result = DesignRunner(options).run(design, source);
+    const auto* finding = findingOf(result, "regulator-starved");
+    ASSERT_NE(finding, nullptr);
+    EXPECT_NE(finding->message.find("29.0 psi rating plus the 5.1 psi margin"), std::string::npos)
+        << finding->message;
+}

@@ -1,13 +1,13 @@
-// The readings-file reader: any text is either groups of readings or an input error naming the
-// file and line.
-#include "CliErrors.hpp"
+// The readings-file reader: any text is either groups of readings or a readings error naming the
+// text and line.
 #include "FuzzInput.hpp"
-#include "ReadingsFile.hpp"
+#include "caudalis/design/FieldReadingsText.hpp"
+#include "caudalis/design/ReadingsError.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     try {
-        (void)caudalis::cli::ReadingsFile::parse(caudalis::fuzz::textOf(data, size), "fuzz.txt");
-    } catch (const caudalis::cli::InputError&) {
+        (void)caudalis::design::FieldReadingsText::groups({"fuzz.txt", caudalis::fuzz::textOf(data, size)});
+    } catch (const caudalis::design::ReadingsError&) {
         // A bad line is reported as bad input.
     }
     return 0;

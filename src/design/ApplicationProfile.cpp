@@ -1,5 +1,6 @@
 #include "caudalis/design/ApplicationProfile.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <stdexcept>
@@ -57,7 +58,9 @@ std::vector<std::pair<double, double>> ApplicationProfile::along(double fromM, d
 }
 
 BoundedArray<WaterDepthSample> ApplicationProfile::samples(double fromM, double toM, double stepM) const {
-    const auto points = along(fromM, toM, stepM);
+    // One point short of the most, so that rounding in the walk cannot add one past it.
+    const double widest = (toM - fromM) / static_cast<double>(maxSamples - 2);
+    const auto points = along(fromM, toM, std::max(stepM, widest));
     BoundedArray<WaterDepthSample> list;
     if (points.empty()) {
         return list;

@@ -30,25 +30,42 @@ std::string parseErrorText(const nlohmann::json::parse_error& error) {
     return text;
 }
 
-/// The JSON reader refuses a number too large for a double ("number overflow parsing
-/// '1e999'"): the message names the field that holds it.
-std::string overflowFailure(const std::string& text, const nlohmann::json::out_of_range& error) {
-    const std::string what = error.what();
-    const auto open = what.find('\'');
-    const auto close = what.rfind('\'');
-    std::string number;
-    std::size_t where = std::string::npos;
-    if (open != std::string::npos && close > open) {
-        number = what.substr(open + 1, close - open - 1);
-        where = text.find(number);
+/// The JSON library's document builder that also keeps where the reader stopped when it refused
+/// the text, and the token it refused, which its error for a number too large for a double does
+/// not tell.
+class DocumentBuilder : public nlohmann::detail::json_sax_dom_parser<nlohmann::json> {
+public:
+    using json_sax_dom_parser::json_sax_dom_parser;
+
+    template <class Exception>
+    bool parse_error(std::size_t position, const std::string& token, const Exception& error) {
+        refusedAt_ = position;
+        refusedToken_ = token;
+        return json_sax_dom_parser::parse_error(position, token, error);
     }
-    const auto path = where == std::string::npos ? std::string() : jsonPathAt(text, where);
-    return (path.empty() ? "a number" : path) + (number.empty() ? "" : " (" + number + ")") +
+
+    /// Offset just past the text the reader refused.
+    std::size_t refusedAt() const noexcept { return refusedAt_; }
+    const std::string& refusedToken() const noexcept { return refusedToken_; }
+
+private:
+    std::size_t refusedAt_ = 0;
+    std::string refusedToken_;
+};
+
+/// A number too large for a double, named by its field.
+std::string tooLargeNumber(const std::string& text, const DocumentBuilder& builder) {
+    const auto at = builder.refusedAt();
+    const auto path = jsonPathAt(text, at == 0 ? 0 : at - 1);
+    const auto& number = builder.refusedToken();
+    return (path.empty() ? std::string("a number") : path) + (number.empty() ? "" : " (" + number + ")") +
            " is too large (beyond the range of a double-precision number)";
 }
 
-long outletCount(const SpanDescription& span) {
-    return static_cast<long>(std::floor(span.lengthM / (span.outletSpacingCm / 100)));
+/// The span's outlets as a whole double: lengths and spacings far beyond the limits give counts no
+/// integer type holds.
+double outletCount(const SpanDescription& span) {
+    return std::floor(span.lengthM / (span.outletSpacingCm / 100));
 }
 
 /// Fields shared by fixed spans and the overhang.
@@ -100,15 +117,27 @@ std::optional<SpanDescription> readOverhang(JsonFields& root, long spanCount) {
         "overhang", [&](JsonFields& fields) { return readSpanShape(fields, spanCount + 1, "Overhang"); });
 }
 
-void requireOutletsInRange(const std::vector<SpanDescription>& spans,
-                           const std::optional<SpanDescription>& overhang) {
-    long total = overhang ? outletCount(*overhang) : 0;
-    for (const auto& span : spans) {
+/// The parts of the machine that carry outlets, as the file names them ("spans, overhang and end_gun").
+std::string outletCarriers(bool hasOverhang, bool hasEndGun) {
+    if (hasOverhang && hasEndGun) {
+        return "spans, overhang and end_gun";
+    }
+    return hasOverhang ? "spans and overhang" : hasEndGun ? "spans and end_gun" : "spans";
+}
+
+/// The machine's outlets, the end gun counting as one, must fit the 16-bit outlet count of the
+/// computation.
+void requireOutletsInRange(const DesignDescription& design) {
+    double total = (design.overhang ? outletCount(*design.overhang) : 0) + (design.endGun ? 1 : 0);
+    for (const auto& span : design.spans) {
         total += outletCount(span);
     }
     if (total > maxOutlets) {
-        throw DesignError::invalid("spans have " + std::to_string(total) + " outlets in all, more than " +
-                                   std::to_string(maxOutlets));
+        throw DesignError::invalid(outletCarriers(design.overhang.has_value(), design.endGun.has_value()) +
+                                   " have " +
+                                   (std::isfinite(total) ? fmt::format("{:.15g}", total) : "countless") +
+                                   " outlets in all" + (design.endGun ? " (the end gun counts as one)" : "") +
+                                   ", more than " + std::to_string(maxOutlets));
     }
 }
 
@@ -323,8 +352,8 @@ DesignDescription fromJson(const nlohmann::json& document) {
     design.revolutionTimeH = root.number("revolution_time_h", NumberRule::Positive);
     design.spans = readSpans(root, design.centreElevationM);
     design.overhang = readOverhang(root, static_cast<long>(design.spans.size()));
-    requireOutletsInRange(design.spans, design.overhang);
     design.endGun = readEndGun(root);
+    requireOutletsInRange(design);
     const long spanCount = static_cast<long>(design.spans.size()) + (design.overhang ? 1 : 0);
     bool automaticRegulators = false;
     design.regulators = readRegulators(root, spanCount, automaticRegulators);
@@ -343,12 +372,13 @@ DesignDescription fromJson(const nlohmann::json& document) {
 
 DesignDescription DesignFile::parse(const std::string& text, const std::string& sourceName) {
     nlohmann::json document;
+    DocumentBuilder builder(document);
     try {
-        document = nlohmann::json::parse(text);
+        nlohmann::json::sax_parse(text, &builder);
     } catch (const nlohmann::json::parse_error& error) {
         throw DesignError::invalid(sourceName + ": malformed JSON: " + parseErrorText(error));
-    } catch (const nlohmann::json::out_of_range& error) {
-        throw DesignError::invalid(sourceName + ": " + overflowFailure(text, error));
+    } catch (const nlohmann::json::out_of_range&) {
+        throw DesignError::invalid(sourceName + ": " + tooLargeNumber(text, builder));
     }
     return fromJson(document);
 }

@@ -30,7 +30,7 @@ Double ActualMarch::alongPivot(Double inflow) {
     ParPressaoCaudal cond = pivots_->newParPressaoCaudal(machine_.presion, inflow);
     double total = 0.0;
     const Integer spans = pivots_->FixedSpansCount(machine_);
-    for (Integer i = 1; i <= spans; ++i) {
+    for (Long i = 1; i <= spans; ++i) {
         tramo& span = machine_.Tramos(i);
         alongTramo(span, cond, pivots_->tramoAte(machine_, static_cast<Integer>(i - 1)));
         cond = span.exit_condition;
@@ -55,7 +55,7 @@ void ActualMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double
     SpanWalk walk(aTramo, cond, start);
     const double roughness = machine_.rugosidad;
     const Integer outlets = outletLoopCount(aTramo);
-    for (Integer j = 1; j <= outlets; ++j) {
+    for (Long j = 1; j <= outlets; ++j) {
         saida& outlet = aTramo.Saidas(j);
         outlet.distanciaAoPivot = walk.nextDistance();
         const double friction = mul(mul(walk.spacing(), pressurePerMetre), walk.unitLoss(roughness));

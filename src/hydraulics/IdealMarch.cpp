@@ -19,7 +19,7 @@ IdealMarch::IdealMarch(pivot& machine, const Drop& drop)
 void IdealMarch::alongPivot() {
     ParPressaoCaudal cond = pivots_->newParPressaoCaudal(machine_.presion, machine_.caudal);
     const Integer spans = pivots_->FixedSpansCount(machine_);
-    for (Integer i = 1; i <= spans; ++i) {
+    for (Long i = 1; i <= spans; ++i) {
         tramo& span = machine_.Tramos(i);
         alongTramo(span, cond, pivots_->tramoAte(machine_, static_cast<Integer>(i - 1)));
         cond = span.ideal_exit_conditions;
@@ -49,7 +49,7 @@ void IdealMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double 
     const double s = walk.spacing();
     double loss = 0.0;
     const Integer outlets = outletLoopCount(aTramo);
-    for (Integer j = 1; j <= outlets; ++j) {
+    for (Long j = 1; j <= outlets; ++j) {
         saida& outlet = aTramo.Saidas(j);
         outlet.distanciaAoPivot = walk.nextDistance();
         const double friction = mul(mul(walk.unitLoss(roughness), s), pressurePerMetre);

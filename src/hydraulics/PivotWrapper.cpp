@@ -145,7 +145,7 @@ BoundedArray<WaterDepthSample> PivotWrapper::WaterDepthsSamples(bool ideal) {
     const auto pivots = Pivots::shared();
     BoundedArray<WaterDepthSample> samples;
     const Integer spans = pivots->FixedSpansCount(pivot_);
-    for (Integer i = 1; i <= spans; ++i) {
+    for (Long i = 1; i <= spans; ++i) {
         addTramoSamples(pivot_.Tramos(i), samples, ideal);
     }
     if (pivots->hasOverHang(pivot_)) {
@@ -159,7 +159,7 @@ BoundedArray<WaterDepthSample> PivotWrapper::WaterDepthsSamples(bool ideal) {
 
 void PivotWrapper::addTramoSamples(tramo& aTramo, BoundedArray<WaterDepthSample>& samples, bool ideal) const {
     const Integer outlets = outletLoopCount(aTramo);
-    for (Integer j = 1; j <= outlets; ++j) {
+    for (Long j = 1; j <= outlets; ++j) {
         addSaidaSample(aTramo.Saidas(j), aTramo.separacionSaidas, samples, ideal);
     }
 }
@@ -178,8 +178,8 @@ std::shared_ptr<CartaAspersores> PivotWrapper::extractCarta() {
     const auto pivots = Pivots::shared();
     auto extracted = makeCartaAspersores();
     const Integer spans = pivots->FixedSpansCount(pivot_);
-    for (Integer i = 1; i <= spans; ++i) {
-        mountTramoAspersores(*extracted, pivot_.Tramos(i), i);
+    for (Long i = 1; i <= spans; ++i) {
+        mountTramoAspersores(*extracted, pivot_.Tramos(i), static_cast<Integer>(i));
     }
     if (pivots->hasOverHang(pivot_)) {
         mountTramoAspersores(*extracted, pivot_.tramoVOladizo, static_cast<Integer>(spans + 1));
@@ -196,10 +196,11 @@ std::shared_ptr<CartaAspersores> PivotWrapper::extractCarta() {
 void PivotWrapper::mountTramoAspersores(CartaAspersores& target, tramo& aTramo, Integer numero) const {
     const Integer outlets = outletLoopCount(aTramo);
     const auto coordinates = CoordenadasSaidas::shared();
-    for (Integer j = 1; j <= outlets; ++j) {
+    for (Long j = 1; j <= outlets; ++j) {
         const auto& sprinkler = aTramo.Saidas(j).obj_aspersor;
         if (sprinkler) {
-            auto mounted = makeMountedAspersor(coordinates->newTramoCoordenadas(numero, j), sprinkler);
+            auto mounted = makeMountedAspersor(
+                coordinates->newTramoCoordenadas(numero, static_cast<Integer>(j)), sprinkler);
             target.addMountedAspersor(mounted);
         }
     }
@@ -279,7 +280,7 @@ void PivotWrapper::idealMarchAlongPivot(const Drop& drop) {
 void PivotWrapper::clearReguladores() {
     const auto pivots = Pivots::shared();
     const Integer spans = pivots->FixedSpansCount(pivot_);
-    for (Integer i = 1; i <= spans; ++i) {
+    for (Long i = 1; i <= spans; ++i) {
         pivot_.Tramos(i).temRegulador = false;
     }
     if (pivots->hasOverHang(pivot_)) {

@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <string>
@@ -36,6 +37,21 @@ std::string readingLines(int count) {
         lines += std::to_string(50 + i % 7) + " " + std::to_string(i) + "\n";
     }
     return lines;
+}
+
+/// A design of `outlets` outlets every metre in spans of 100, with or without an end gun.
+std::string designWithOutlets(long outlets, bool endGun) {
+    std::string spans;
+    for (long left = outlets; left > 0; left -= 100) {
+        spans += std::string(spans.empty() ? "" : ",") +
+                 "{\"length_m\": " + std::to_string(std::min(left, 100L)) +
+                 ", \"diameter_mm\": 168.3, \"outlet_spacing_cm\": 100, \"end_elevation_m\": 50}";
+    }
+    return "{\"name\": \"Long\", \"inlet_pressure_kpa\": 220, \"design_flow_lps\": 500, \"roughness_c\": "
+           "140, "
+           "\"centre_elevation_m\": 50, \"revolution_time_h\": 12, \"spans\": [" +
+           spans + "]," + (endGun ? "\"end_gun\": {\"ring_width_m\": 20}," : "") +
+           "\"nozzle_selection\": {\"tolerance\": 0.15}}";
 }
 
 class ProgramNamesAndLimitsTest : public ProgramTest {
@@ -125,4 +141,16 @@ TEST_F(ProgramNamesAndLimitsTest, EveryDocumentedNumberOfReadingsIsEvaluatedAndO
     const auto tooManySplit = write("too-many-split.txt", readingLines(16384) + "\n" + readingLines(16384));
     expectFailure(run("evaluate " + quoted(tooManySplit) + " --gauge-diameter 0.1"), ExitCode::BadInput,
                   "32768 readings, more than the 32767 an evaluation can hold");
+}
+
+TEST_F(ProgramNamesAndLimitsTest, TheMostOutletsAreDesignedAndOneMoreIsRefused) {
+    const auto most = write("most.json", designWithOutlets(32767, false));
+    const auto designed = run("design " + quoted(most));
+    EXPECT_EQ(designed.exitCode, 0) << designed.err;
+    EXPECT_NE(designed.out.find("Sprinkler chart: Long"), std::string::npos);
+    expectFailure(run("design " + quoted(write("over.json", designWithOutlets(32768, false)))),
+                  ExitCode::BadInput, "spans have 32768 outlets in all, more than 32767");
+    expectFailure(run("design " + quoted(write("over-gun.json", designWithOutlets(32767, true)))),
+                  ExitCode::BadInput,
+                  "spans and end_gun have 32768 outlets in all (the end gun counts as one), more than 32767");
 }

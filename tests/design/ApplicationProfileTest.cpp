@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "caudalis/design/ApplicationProfile.hpp"
+#include "caudalis/design/Uniformity.hpp"
 
 using namespace caudalis;
 using namespace caudalis::design;
@@ -73,4 +74,17 @@ TEST(ApplicationProfile, RefusesWhatItCannotDraw) {
     EXPECT_THROW(ApplicationProfile({{100, 1, 0}}, 10), std::invalid_argument);
     EXPECT_THROW(ApplicationProfile({{0, 1, 5}}, 10), std::invalid_argument);
     EXPECT_THROW(ApplicationProfile({{100, 1, 5}}, 10).along(0, 10, 0), std::invalid_argument);
+}
+
+TEST(ApplicationProfile, SamplesOfALongMachineStayWithinWhatTheStatisticsCount) {
+    // 40 km every 0.5 m would be 80 001 points; the step widens so that the uniformity figures
+    // can still be computed.
+    const ApplicationProfile profile({{100, 1, 5}, {20000, 1, 5}, {39990, 1, 5}}, 10);
+    const auto samples = profile.samples(0, 40000, 0.5);
+    EXPECT_LE(samples.count(), ApplicationProfile::maxSamples);
+    EXPECT_GT(samples.count(), ApplicationProfile::maxSamples - 3);
+    EXPECT_EQ(samples(1).distanceFromCenter, 0);
+    EXPECT_NEAR(samples(samples.count()).distanceFromCenter, 40000, 2);
+    EXPECT_TRUE(Uniformity::heermannHein(samples).has_value());
+    EXPECT_EQ(profile.samples(96, 104, 2).count(), 5);
 }

@@ -198,8 +198,48 @@ TEST(DesignFile, ChecksValuesAgainstTheMachine) {
     EXPECT_EQ(messageFor([](json& d) { d["nozzle_selection"]["tolerance"] = 1.5; }),
               "nozzle_selection.tolerance must be at most 1 (a fraction: 0.1 means 10 %)");
     const auto tooMany = messageFor([](json& d) { d["spans"][0]["outlet_spacing_cm"] = 0.1; });
-    EXPECT_TRUE(std::regex_match(tooMany, std::regex("spans have 5[0-9]+ outlets in all, more than 32767")))
+    EXPECT_TRUE(
+        std::regex_match(tooMany, std::regex("spans, overhang and end_gun have 5[0-9]+ outlets in all "
+                                             "\\(the end gun counts as one\\), more than 32767")))
         << tooMany;
+}
+
+namespace {
+
+/// The valid design with one span of `outlets` outlets every 30 cm, with or without its end gun.
+std::string messageForOutlets(long outlets, bool endGun) {
+    return messageFor([&](json& d) {
+        d["spans"] = json::array({{{"length_m", static_cast<double>(outlets) * 0.3},
+                                   {"diameter_mm", 168.3},
+                                   {"outlet_spacing_cm", 30},
+                                   {"end_elevation_m", 10}}});
+        d.erase("overhang");
+        d.erase("regulators");
+        if (!endGun) {
+            d.erase("end_gun");
+        }
+    });
+}
+
+}  // namespace
+
+TEST(DesignFile, TheMostOutletsCountTheEndGunAsOne) {
+    EXPECT_EQ(messageForOutlets(32767, false), "no error");
+    EXPECT_EQ(messageForOutlets(32768, false), "spans have 32768 outlets in all, more than 32767");
+    EXPECT_EQ(messageForOutlets(32766, true), "no error");
+    EXPECT_EQ(messageForOutlets(32767, true),
+              "spans and end_gun have 32768 outlets in all (the end gun counts as one), more than 32767");
+}
+
+TEST(DesignFile, CountsOutletsBeyondEveryIntegerWithoutOverflow) {
+    const auto message = messageFor([](json& d) {
+        d["spans"][0]["length_m"] = 1e300;
+        d["spans"][0]["outlet_spacing_cm"] = 1e-300;
+    });
+    EXPECT_EQ(
+        message,
+        "spans, overhang and end_gun have countless outlets in all (the end gun counts as one), more than "
+        "32767");
 }
 
 TEST(DesignFile, RejectsUnknownFields) {

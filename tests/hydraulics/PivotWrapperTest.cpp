@@ -448,3 +448,20 @@ TEST(WaterApplication, PeakApplicationRateForwardsToThePivot) {
     EXPECT_EQ(wrapper->pluviosidadeMaxima(sample), Pivots::shared()->pluviosidadeMaxima(machine, sample));
     EXPECT_GT(wrapper->pluviosidadeMaxima(sample), 0);
 }
+
+TEST(PivotWrapper, ASpanOfTheMostOutletsAnIntegerCountsIsMarchedToItsLastOutlet) {
+    // 32767 outlets every 10 cm: the outlet loops must end at the last one, not wrap around.
+    pivot machine = makePivot({makeSpan(1, 3276.75, 168, 10)}, {100}, 100);
+    machine.presion = 300;
+    machine.caudal = 30;
+    machine.rugosidad = 140;
+    auto strategy = std::make_shared<RecordingStrategy>();
+    auto wrapper = wrap(machine, strategy);
+    wrapper->calculate();
+    EXPECT_EQ(wrapper->numeroTotalDeSaidas(), 32767);
+    EXPECT_EQ(strategy->calls.size(), 2U * 32767U);
+    EXPECT_GT(wrapper->saidaAt(32767).caudal, 0);
+    wrapper->setTimeForCompleteRevolution(20);
+    EXPECT_EQ(wrapper->WaterDepthsSamples(true).count(), 32767);
+    EXPECT_EQ(wrapper->extractCarta()->mountedAspersores()->Count(), 0);
+}

@@ -46,8 +46,12 @@ public:
     /// (distance, depth) every `stepM` metres from `fromM` up to and including `toM` (when a
     /// step lands on it).
     std::vector<std::pair<double, double>> along(double fromM, double toM, double stepM) const;
-    /// The same points as water-depth samples (1-based), ready for the uniformity figures.
+    /// The same points as water-depth samples (1-based), ready for the uniformity figures. The
+    /// step widens where `stepM` would give more than `maxSamples` points.
     BoundedArray<WaterDepthSample> samples(double fromM, double toM, double stepM) const;
+
+    /// The most samples the water-depth statistics count (their counters are 16-bit).
+    static constexpr long maxSamples = 32767;
 
 private:
     std::vector<SprinklerSource> sprinklers_;

@@ -566,7 +566,8 @@ class Recordset(Object):
     they are asked for; before its connection runs anything else (or closes), the rows not read
     yet are read into the record set, so the statement is finished by then and the record set
     may outlive its connection. A statement that returns no rows gives an empty record set, at
-    both EOF and BOF.
+    both EOF and BOF. The rows of a cursor that reads by name (a host's own engine) are not read
+    ahead: they stay with that engine, which keeps them for the record set on its own.
 
     `EOF` is a macro of the C library, so the end test is spelled `EOF_`.
     """
@@ -592,7 +593,7 @@ class Recordset(Object):
         """
         ...
     def fieldNames(self) -> List[str]:
-        """The field names, in column order."""
+        """The field names, in column order (none for a cursor that reads by name)."""
         ...
     def rows(self) -> list:
         """The rows from the current one to the end, each a dict of field name to value; moves to EOF."""
@@ -609,6 +610,10 @@ class Connection(Object):
     `postgresql://` URI or libpq `key=value` pairs (with an optional `schema`) for a PostgreSQL
     server (see `PostgresBackend`). Closing or destroying a connection with an open transaction
     rolls the transaction back.
+
+    A connection may also run over a backend that the caller supplies (a host's own database
+    connection, say): statements are checked exactly as on any other connection before the
+    backend sees them, and the backend decides what they become for its engine.
     """
     def __init__(self, **kwargs: Any) -> None:
         """
@@ -3612,6 +3617,9 @@ class services:
         tolerance. Counts the passes of the march and stops it with `DesignError` (`NotSettled`)
         once it goes past `maxPasses`. Keeps, for the latest pass, why each outlet got its nozzle
         and where the outlets without one are. Owns the chart that holds the design's accessories.
+        So that the march settles, an outlet keeps the nozzle of the pass before while that nozzle
+        is rated for its pressure and within the tolerance; after `freeAfterPasses` passes it
+        keeps it (or its emptiness) while the nozzle is rated for the pressure, whatever the flow.
         """
         def __init__(self, nozzles: Collection, tolerance: float, maxPasses: int) -> None: ...
         def passes(self) -> int: ...

@@ -238,7 +238,7 @@ TEST(SchemaFiles, EverySchemaFileLoadsIntoAnEmptyDatabase) {
 
 TEST(SchemaFiles, PostgreSqlSchemasDeclareTheSameTablesAndColumns) {
     const auto project = declaredColumns(kProjectSchema);
-    EXPECT_EQ(project.size(), 11u);
+    EXPECT_EQ(project.size(), 12u);
     EXPECT_EQ(declaredColumns("data/schema/project-postgresql.sql"), project);
     const auto catalogue = declaredColumns(kCatalogueSchema);
     EXPECT_EQ(catalogue.size(), 4u);

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <functional>
 #include <regex>
 #include <string>
@@ -207,12 +209,16 @@ TEST(DesignFile, ChecksValuesAgainstTheMachine) {
 namespace {
 
 /// The valid design with one span of `outlets` outlets every 30 cm, with or without its end gun.
+/// A machine of `outlets` outlets 50 cm apart, on spans of at most 100 m (200 outlets).
 std::string messageForOutlets(long outlets, bool endGun) {
     return messageFor([&](json& d) {
-        d["spans"] = json::array({{{"length_m", static_cast<double>(outlets) * 0.3},
-                                   {"diameter_mm", 168.3},
-                                   {"outlet_spacing_cm", 30},
-                                   {"end_elevation_m", 10}}});
+        d["spans"] = json::array();
+        for (long left = outlets; left > 0; left -= 200) {
+            d["spans"].push_back({{"length_m", static_cast<double>(std::min(left, 200L)) * 0.5},
+                                  {"diameter_mm", 168.3},
+                                  {"outlet_spacing_cm", 50},
+                                  {"end_elevation_m", 10}});
+        }
         d.erase("overhang");
         d.erase("regulators");
         if (!endGun) {

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <filesystem>
-#include <vector>
 #include <optional>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "DatabaseFile.hpp"
 

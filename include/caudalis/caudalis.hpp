@@ -36,6 +36,7 @@
 #include "caudalis/db/SqliteBackend.hpp"
 #include "caudalis/db/SqliteDialect.hpp"
 #include "caudalis/db/TableSchema.hpp"
+#include "caudalis/design.hpp"
 #include "caudalis/evaluation/FieldSamples.hpp"
 #include "caudalis/evaluation/PivotEvaluations.hpp"
 #include "caudalis/evaluation/Pluviometros.hpp"
@@ -53,4 +54,3 @@
 #include "caudalis/machine/Pivots.hpp"
 #include "caudalis/machine/Tramos.hpp"
 #include "caudalis/machine/Types.hpp"
-#include "caudalis/design.hpp"

@@ -35,7 +35,8 @@ protected:
 TEST_F(ProgramFindingsTest, WarningsArePrintedAndFailOnlyUnderStrict) {
     const auto relaxed = run("design " + starved());
     EXPECT_EQ(relaxed.exitCode, ExitCode::Ok) << relaxed.err;
-    EXPECT_NE(relaxed.out.find("\nwarning   regulator-starved     span 1: "), std::string::npos) << relaxed.out;
+    EXPECT_NE(relaxed.out.find("\nwarning   regulator-starved     span 1: "), std::string::npos)
+        << relaxed.out;
     EXPECT_NE(relaxed.err.find("caudalis: warning: span 1: "), std::string::npos) << relaxed.err;
     const auto before = databases();
     const auto strict = run("design " + starved() + " --strict --save Starved");

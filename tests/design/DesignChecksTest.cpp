@@ -36,7 +36,8 @@ bool hasFinding(const std::vector<Finding>& findings, const std::string& code) {
 void regulateEverySpan(DesignDescription& design, double pressure) {
     design.regulators.clear();
     for (std::size_t i = 1; i <= design.spans.size(); ++i) {
-        design.regulators.push_back(RegulatorDescription{static_cast<int>(i), pressure, 0, 0, true, std::nullopt});
+        design.regulators.push_back(
+            RegulatorDescription{static_cast<int>(i), pressure, 0, 0, true, std::nullopt});
     }
 }
 

@@ -27,7 +27,8 @@ DesignDescription load(const std::string& name) {
 }
 
 DesignResult run(const DesignDescription& description) {
-    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue(), caudalis::testing::sampleWettedDiameters());
+    InMemoryNozzleSource source(caudalis::testing::sampleCatalogue(),
+                                caudalis::testing::sampleWettedDiameters());
     return DesignRunner().run(description, source);
 }
 

@@ -6,10 +6,10 @@
 
 #include "ShippedDatabases.hpp"
 #include "TemporaryFolder.hpp"
-#include "caudalis/db/Connection.hpp"
-#include "caudalis/design/WettedDiameters.hpp"
 #include "caudalis/catalogue/AspersoresStatic.hpp"
 #include "caudalis/core/Statics.hpp"
+#include "caudalis/db/Connection.hpp"
+#include "caudalis/design/WettedDiameters.hpp"
 
 namespace caudalis::testing {
 

@@ -3,8 +3,8 @@
 #include <map>
 #include <string>
 
-#include "caudalis/core/Collection.hpp"
 #include "caudalis/core/Basic.hpp"
+#include "caudalis/core/Collection.hpp"
 
 namespace caudalis::testing {
 

@@ -70,8 +70,10 @@ private:
         std::string text = py::type::of(self).attr("__name__").cast<std::string>() + "(";
         const char* separator = "";
         for (const auto& name : names) {
-            text +=
-                separator + name.cast<std::string>() + "=" + py::repr(self.attr(name)).cast<std::string>();
+            text += separator;
+            text += name.cast<std::string>();
+            text += '=';
+            text += py::repr(self.attr(name)).cast<std::string>();
             separator = ", ";
         }
         return text + ")";

@@ -47,7 +47,6 @@ public:
 private:
     void countCall();
     const NozzleSet& setFor(const saida& outlet) const;
-    NozzleChoice keptOrNew(std::size_t index, const saida& outlet) const;
 
     NozzlePackage package_;
     long maxPasses_;

@@ -1,5 +1,7 @@
 #include "DatabaseChartStore.hpp"
 
+#include <limits>
+
 #include "CatalogueDatabase.hpp"
 #include "CliErrors.hpp"
 #include "StorableText.hpp"
@@ -20,6 +22,14 @@ std::shared_ptr<CartaAspersoresStatic> charts() {
 
 std::string takenName(const std::string& name, Long system) {
     return "a chart named \"" + name + "\" already exists in system " + std::to_string(system);
+}
+
+/// The chart tables carry a chart's id as a 16-bit whole number.
+constexpr Long largestChartId = std::numeric_limits<Integer>::max();
+
+/// A chart's id for the chart tables; the command line takes ids up to `largestChartId` only.
+Integer chartIdOf(Long id) {
+    return static_cast<Integer>(id);
 }
 
 }  // namespace
@@ -57,6 +67,12 @@ Long DatabaseChartStore::saveAsNew(const std::shared_ptr<CartaAspersores>& chart
     } catch (const Error& error) {
         if (error.number() == errorNumber(CartaExceptions::NomeDaCartaJaExistente)) {
             throw InputError(takenName(name, system));
+        }
+        if (error.number() == RuntimeError::Overflow) {
+            throw InputError("cannot store the chart in project database " + project_.path() +
+                             ": the database's next chart id is beyond " + std::to_string(largestChartId) +
+                             ", the largest the chart tables take; nothing was stored (start a new "
+                             "project database with caudalis init)");
         }
         throw InputError("cannot store the chart in project database " + project_.path() + ": " +
                          error.description());
@@ -113,7 +129,7 @@ LoadedChart DatabaseChartStore::find(Long id) {
     const Long system = systemOf(id);
     const auto catalogue = catalogueName();
     auto chart = onProject("read the chart", [&](const std::string& connection) {
-        return charts()->find(connection, catalogue, static_cast<Integer>(id));
+        return charts()->find(connection, catalogue, chartIdOf(id));
     });
     const auto stored = project_.wholeNumbers(
         "SELECT count(*) as n FROM tb_aspersores WHERE id_carta=" + std::to_string(id), "n");
@@ -132,7 +148,7 @@ void DatabaseChartStore::saveFigures(Long id, const design::ChartFigures& figure
         project.Open();
         design::ChartFigures::save(project, id, figures);
     } catch (const Error& error) {
-        charts()->destroy(project_.connectionString(), static_cast<Integer>(id));
+        charts()->destroy(project_.connectionString(), chartIdOf(id));
         throw InputError("cannot store the chart's figures in project database " + project_.path() + ": " +
                          error.description() + "; the chart was not stored");
     }
@@ -155,7 +171,7 @@ void DatabaseChartStore::destroy(Long id) {
         return 0;
     });
     onProject("delete the chart", [&](const std::string& connection) {
-        charts()->destroy(connection, static_cast<Integer>(id));
+        charts()->destroy(connection, chartIdOf(id));
         return 0;
     });
 }

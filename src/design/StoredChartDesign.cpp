@@ -1,6 +1,7 @@
 #include "caudalis/design/StoredChartDesign.hpp"
 
 #include <algorithm>
+#include <limits>
 
 #include "caudalis/charts/CartaAspersores.hpp"
 #include "caudalis/charts/CartaAspersoresStatic.hpp"
@@ -30,6 +31,11 @@ std::string storedDesign(Connection& project, Long chartId) {
     const auto chart = "chart " + std::to_string(chartId);
     if (countOf(project, "tb_cartas", chartId) == 0) {
         throw DesignError::invalid("the project database holds no " + chart);
+    }
+    if (chartId > std::numeric_limits<Integer>::max()) {
+        throw DesignError::invalid(chart + " is beyond " +
+                                   std::to_string(std::numeric_limits<Integer>::max()) +
+                                   ", the largest chart id the chart tables can read");
     }
     const auto figures = ChartFigures::load(project, chartId);
     if (!figures || figures->design.empty()) {

@@ -154,3 +154,19 @@ TEST_F(ProgramNamesAndLimitsTest, TheMostOutletsAreDesignedAndOneMoreIsRefused) 
                   ExitCode::BadInput,
                   "spans and end_gun have 32768 outlets in all (the end gun counts as one), more than 32767");
 }
+
+// The chart tables carry a chart's id as a 16-bit number: the chart that gets id 32767 is
+// stored, the next one is refused with the reason and leaves both databases as they were.
+TEST_F(ProgramNamesAndLimitsTest, TheLastChartIdIsStoredAndThenChartsAreRefused) {
+    const auto design = "design " + example("designs/small.json");
+    ASSERT_EQ(run(design + " --save First").exitCode, 0);
+    execute("project.db", "UPDATE sqlite_sequence SET seq = 32766 WHERE name = 'tb_cartas'");
+    const auto last = run(design + " --save Last");
+    ASSERT_EQ(last.exitCode, 0) << last.err;
+    EXPECT_NE(last.err.find("with id 32767"), std::string::npos) << last.err;
+    const auto before = databases();
+    expectFailure(run(design + " --save Refused"), ExitCode::BadInput,
+                  "the database's next chart id is beyond 32767, the largest the chart tables take; "
+                  "nothing was stored");
+    EXPECT_EQ(databases(), before);
+}

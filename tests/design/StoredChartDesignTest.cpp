@@ -174,6 +174,26 @@ TEST_F(StoredChartDesignTest, AChartWithoutItsDesignOrNoChartAtAllIsRefused) {
     }
 }
 
+// The chart tables read a chart's id as a 16-bit number; a chart another program stored past
+// that is refused by name instead of wrapping round to another chart.
+TEST_F(StoredChartDesignTest, AChartIdBeyondTheChartTablesIsRefused) {
+    const auto id = store();
+    for (const char* table : {"tb_cartas", "tb_aspersores", "tb_indicadores", "tb_pluviometria",
+                              "tb_reguladores", "chart_design"}) {
+        execute([&](Connection& project) {
+            project.Execute(std::string("UPDATE ") + table +
+                            " SET id_carta = 40000 WHERE id_carta = " + std::to_string(id));
+        });
+    }
+    try {
+        rebuild(40000);
+        FAIL() << "rebuilt chart 40000 through 16-bit chart ids";
+    } catch (const DesignError& error) {
+        EXPECT_EQ(std::string(error.what()),
+                  "chart 40000 is beyond 32767, the largest chart id the chart tables can read");
+    }
+}
+
 TEST_F(StoredChartDesignTest, TheDesignFileKeepsItsApostrophesAndGoesWithTheChart) {
     const auto id = store();
     auto figures = ChartFigures::of(original);

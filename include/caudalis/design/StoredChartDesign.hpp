@@ -29,8 +29,9 @@ public:
     /// `projectConnection` and `catalogue` are what `CartaAspersoresStatic::find` takes: the
     /// project database's connection string and the catalogue database that the nozzles are
     /// joined from. Raises `DesignError` (`InvalidInput`) when the project database has no
-    /// chart `chartId`, or no design file kept with it; the design file's own errors, the
-    /// library's and the database's pass unchanged.
+    /// chart `chartId`, when `chartId` is beyond the 16-bit ids the chart tables read, or when
+    /// no design file was kept with it; the design file's own errors, the library's and the
+    /// database's pass unchanged.
     static RebuiltChart rebuild(const std::string& projectConnection, const std::string& catalogue,
                                 Long chartId, const std::map<Long, double>& wettedDiameters = {});
 };

@@ -43,8 +43,8 @@ footer { margin-top: 2em; font-size: 0.8em; color: #555; }
 )css";
 
 const char* const plotScript = R"js(
-function caudalisPlot(id, spec) {
-  const datasets = spec.series.map(function (s) {
+function caudalisPlot(id, plot) {
+  const datasets = plot.series.map(function (s) {
     return { label: s.label, data: s.points.map(function (p) { return { x: p[0], y: p[1] }; }),
       borderColor: s.colour, backgroundColor: s.style === 'band' ? s.colour + '40' : s.colour,
       yAxisID: s.axis, fill: s.style === 'band' ? '-1' : false,
@@ -53,12 +53,12 @@ function caudalisPlot(id, spec) {
       pointRadius: s.style === 'points' ? 3 : 0, spanGaps: false };
   });
   const scales = {
-    x: { type: 'linear', title: { display: true, text: spec.x } },
-    y: { type: 'linear', position: 'left', title: { display: true, text: spec.y } }
+    x: { type: 'linear', title: { display: true, text: plot.x } },
+    y: { type: 'linear', position: 'left', title: { display: true, text: plot.y } }
   };
-  if (spec.series.some(function (s) { return s.axis === 'y2'; })) {
+  if (plot.series.some(function (s) { return s.axis === 'y2'; })) {
     scales.y2 = { type: 'linear', position: 'right', grid: { drawOnChartArea: false },
-      title: { display: true, text: spec.y2 } };
+      title: { display: true, text: plot.y2 } };
   }
   new Chart(document.getElementById(id), { type: 'line', data: { datasets: datasets },
     options: { animation: false, responsive: false, devicePixelRatio: 2, parsing: false,

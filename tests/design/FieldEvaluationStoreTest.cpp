@@ -53,7 +53,7 @@ TEST_F(FieldEvaluationStoreTest, DepthsAreStoredWithTheirFiguresAndComeBack) {
     connection.CommitTrans();
     EXPECT_EQ(id, 1);
     EXPECT_TRUE(store.nameTaken("North 2024"));
-    // Depths go into the specified table as amounts with no gauge diameter.
+    // Depths go into pivot_evaluations as amounts with no gauge diameter.
     EXPECT_EQ(column("SELECT first_samples FROM pivot_evaluations", "first_samples"),
               "8 10\r\n10 20\r\n12 30\r\n14 40");
     EXPECT_EQ(column("SELECT second_samples FROM pivot_evaluations", "second_samples"), "12 10\r\n12 20");

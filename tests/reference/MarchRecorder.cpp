@@ -83,9 +83,9 @@ void applyAccessories(const ReferenceMachine& reference, PivotWrapper& wrapper) 
     }
     if (!reference.regulators.empty()) {
         auto regulators = Collection::create();
-        for (const RegulatorSpec& spec : reference.regulators) {
-            regulators->Add(
-                Variant(makeReguladorPression(spec.tramo, spec.pression, 2, 0.1, spec.installed)));
+        for (const ReferenceRegulator& regulator : reference.regulators) {
+            regulators->Add(Variant(
+                makeReguladorPression(regulator.tramo, regulator.pression, 2, 0.1, regulator.installed)));
         }
         wrapper.aplicaReguladores(regulators);
     }

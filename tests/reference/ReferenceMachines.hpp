@@ -21,7 +21,7 @@ enum class ChoiceRule {
 };
 
 /// A regulator to fit: span number, setting and whether it is installed.
-struct RegulatorSpec {
+struct ReferenceRegulator {
     Integer tramo = 0;
     Double pression = 0;
     bool installed = true;
@@ -34,7 +34,7 @@ struct ReferenceMachine {
     CollectionRef catalogue;
     ChoiceRule rule = ChoiceRule::OneNozzle;
     Double tolerance = 0.1;
-    std::vector<RegulatorSpec> regulators;
+    std::vector<ReferenceRegulator> regulators;
     bool hasDrop = false;
     Drop drop;
     bool dropInstalled = false;

@@ -14,13 +14,13 @@
 #include "PlainText.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/design/DesignError.hpp"
+#include "caudalis/design/Limits.hpp"
 
 namespace caudalis::cli {
 
 namespace {
 
 constexpr long maxSystem = std::numeric_limits<std::int32_t>::max();
-constexpr long maxChartId = std::numeric_limits<std::int16_t>::max();
 
 /// Where a database option's help says what it takes.
 std::string databaseHelp(const char* purpose) {
@@ -50,7 +50,9 @@ CLI::Validator gaugeDiameter() {
 }
 
 void addChartId(CLI::App& command, long& id) {
-    command.add_option("id", id, "chart key (see chart list)")->required()->check(CLI::Range(1L, maxChartId));
+    command.add_option("id", id, "chart key (see chart list)")
+        ->required()
+        ->check(CLI::Range(1L, design::limits::largestChartId));
 }
 
 }  // namespace
@@ -144,7 +146,7 @@ void CommandLine::defineEvaluate(CLI::App& app) {
     evaluate
         ->add_option("--chart", o.evaluationChartId,
                      "lay the readings over the depth profile of this stored chart (see chart list)")
-        ->check(CLI::Range(1L, maxChartId));
+        ->check(CLI::Range(1L, design::limits::largestChartId));
     addCatalogueOption(*evaluate, o.cataloguePath, "catalogue database of nozzles for --design and --chart");
     evaluate->add_option("--timer", o.timerPercent, "the drive's timer setting during the test, %")
         ->check(CLI::Range(1.0, 100.0))

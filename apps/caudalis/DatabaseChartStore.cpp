@@ -1,7 +1,5 @@
 #include "DatabaseChartStore.hpp"
 
-#include <limits>
-
 #include "CatalogueDatabase.hpp"
 #include "CliErrors.hpp"
 #include "StorableText.hpp"
@@ -11,6 +9,7 @@
 #include "caudalis/core/Errors.hpp"
 #include "caudalis/core/Statics.hpp"
 #include "caudalis/db/Connection.hpp"
+#include "caudalis/design/Limits.hpp"
 
 namespace caudalis::cli {
 
@@ -24,10 +23,7 @@ std::string takenName(const std::string& name, Long system) {
     return "a chart named \"" + name + "\" already exists in system " + std::to_string(system);
 }
 
-/// The chart tables carry a chart's id as a 16-bit whole number.
-constexpr Long largestChartId = std::numeric_limits<Integer>::max();
-
-/// A chart's id for the chart tables; the command line takes ids up to `largestChartId` only.
+/// A chart's id for the chart tables; the command line takes ids up to `limits::largestChartId` only.
 Integer chartIdOf(Long id) {
     return static_cast<Integer>(id);
 }
@@ -70,7 +66,8 @@ Long DatabaseChartStore::saveAsNew(const std::shared_ptr<CartaAspersores>& chart
         }
         if (error.number() == RuntimeError::Overflow) {
             throw InputError("cannot store the chart in project database " + project_.path() +
-                             ": the database's next chart id is beyond " + std::to_string(largestChartId) +
+                             ": the database's next chart id is beyond " +
+                             std::to_string(design::limits::largestChartId) +
                              ", the largest the chart tables take; nothing was stored (start a new "
                              "project database with caudalis init)");
         }

@@ -33,6 +33,7 @@
 #include "caudalis/design/HtmlText.hpp"
 #include "caudalis/design/InMemoryNozzleSource.hpp"
 #include "caudalis/design/JsonReport.hpp"
+#include "caudalis/design/Limits.hpp"
 #include "caudalis/design/MachineBuilder.hpp"
 #include "caudalis/design/MeasuredDesignedComparison.hpp"
 #include "caudalis/design/MountedNozzleStrategy.hpp"

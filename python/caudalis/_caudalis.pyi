@@ -1015,6 +1015,15 @@ class Aspersor(Object):
         ...
 
 class AspersoresStatic:
+    """
+    The sprinkler catalogue object: factories for sprinklers that do not come from a database,
+    the placeholder sprinkler, the matching of sprinklers to a wanted pressure and flow, and the
+    catalogue database (brands `marca`, models `Modelos`, nozzles `Boquillas`).
+
+    Every database operation opens its own connection from the host's connection string and
+    closes it before returning. Collections read from the database carry no keys and keep the
+    order in which the database returns the rows.
+    """
     def find(self, connectionString: str) -> Collection:
         """
         Every nozzle of the catalogue. A row with incomplete data raises
@@ -3617,9 +3626,7 @@ class services:
         tolerance. Counts the passes of the march and stops it with `DesignError` (`NotSettled`)
         once it goes past `maxPasses`. Keeps, for the latest pass, why each outlet got its nozzle
         and where the outlets without one are. Owns the chart that holds the design's accessories.
-        So that the march settles, an outlet keeps the nozzle of the pass before while that nozzle
-        is rated for its pressure and within the tolerance; after `freeAfterPasses` passes it
-        keeps it (or its emptiness) while the nozzle is rated for the pressure, whatever the flow.
+        Every pass chooses afresh.
         """
         def __init__(self, nozzles: Collection, tolerance: float, maxPasses: int) -> None: ...
         def passes(self) -> int: ...

@@ -1,9 +1,10 @@
 #include "caudalis/design/DepthBalance.hpp"
 
 #include <algorithm>
-#include <cstdio>
 #include <numbers>
 #include <stdexcept>
+
+#include <fmt/printf.h>
 
 #include "caudalis/design/SpeedTable.hpp"
 
@@ -27,12 +28,6 @@ void requireUsable(const std::vector<OutletRing>& rings, double revolutionTimeH)
             throw std::invalid_argument("every outlet needs a distance and a ring width greater than 0 m");
         }
     }
-}
-
-std::string format(const char* pattern, double a, double b = 0, double c = 0) {
-    char buffer[400];
-    std::snprintf(buffer, sizeof buffer, pattern, a, b, c);
-    return buffer;
 }
 
 }  // namespace
@@ -65,16 +60,16 @@ DepthFigures DepthBalance::compute(const std::vector<OutletRing>& rings, double 
 }
 
 std::string DepthBalance::explanation(const DepthFigures& f) {
-    return format(
+    return fmt::sprintf(
                "Depth per revolution: %.2f mm as volume over area (discharge x revolution time / irrigated "
                "area). The mean of the outlets' depths weighted by distance, as the uniformity figures "
                "weigh them, is %.2f mm: ",
                f.volumeOverAreaMm, f.distanceWeightedMeanMm) +
-           format(
+           fmt::sprintf(
                "it counts every outlet as if its ring were one outlet spacing wide, so the widest ring "
                "(the end gun's) has %.1f %% of the weight but %.1f %% of the watered ground. ",
                100 * f.widestRingWeightShare, 100 * f.widestRingAreaShare) +
-           format(
+           fmt::sprintf(
                "Weighted by ring area the outlets give %.2f mm; their rings cover %.2f ha of the %.2f ha "
                "circle, the rest being the gaps and overlaps near the centre and between spans.",
                f.ringAreaMeanMm, f.ringsAreaM2 / 10000, f.irrigatedAreaM2 / 10000);

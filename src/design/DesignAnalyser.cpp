@@ -1,12 +1,14 @@
 #include "caudalis/design/DesignAnalyser.hpp"
 
 #include <algorithm>
-#include <cstdio>
 #include <set>
+
+#include <fmt/printf.h>
 
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/design/ApplicationProfile.hpp"
 #include "caudalis/design/PipePressures.hpp"
+#include "caudalis/design/ReportLabels.hpp"
 #include "caudalis/design/SpeedTable.hpp"
 #include "caudalis/design/Uniformity.hpp"
 #include "caudalis/machine/Pivots.hpp"
@@ -14,12 +16,6 @@
 namespace caudalis::design {
 
 namespace {
-
-std::string format(const char* pattern, double a, double b = 0, double c = 0) {
-    char buffer[300];
-    std::snprintf(buffer, sizeof buffer, pattern, a, b, c);
-    return buffer;
-}
 
 ElevationRange elevationOf(const DesignResult& result) {
     ElevationRange range;
@@ -104,10 +100,10 @@ void addRunoffFindings(const DesignAnalysis& analysis, std::vector<Finding>& fin
             findings.push_back(
                 {Severity::Warning, "runoff-at-check-point",
                  "At " + point.code +
-                     format(" (%.1f m) the peak application rate of %.1f mm/h exceeds the soil's "
-                            "intake: %.2f mm ",
-                            e.distanceM, e.peakRateMmH, e.runoffMm) +
-                     format("of the %.2f mm applied per revolution may run off.", e.appliedMm)});
+                     fmt::sprintf(" (%.1f m) the peak application rate of %.1f mm/h exceeds the soil's "
+                                  "intake: %.2f mm ",
+                                  e.distanceM, e.peakRateMmH, e.runoffMm) +
+                     fmt::sprintf("of the %.2f mm applied per revolution may run off.", e.appliedMm)});
         }
     }
     const auto first =
@@ -121,8 +117,8 @@ void addRunoffFindings(const DesignAnalysis& analysis, std::vector<Finding>& fin
                              });
         findings.push_back(
             {Severity::Warning, "runoff-along-machine",
-             format("Potential runoff from %.1f m outwards, up to %.2f mm per revolution at %.1f m",
-                    first->estimate.distanceM, worst->estimate.runoffMm, worst->estimate.distanceM) +
+             fmt::sprintf("Potential runoff from %.1f m outwards, up to %.2f mm per revolution at %.1f m",
+                          first->estimate.distanceM, worst->estimate.runoffMm, worst->estimate.distanceM) +
                  " (outlet " + worst->code + ")."});
     }
 }
@@ -156,8 +152,8 @@ void DesignAnalyser::analyseRunoff(const DesignResult& result, const std::map<Lo
         }
         const PivotSample point{row.outlet.distanciaAoPivot, *diameter, ""};
         const double peak = pivots->pluviosidadeMaxima(result.machine, point);
-        analysis.runoffAlongMachine.push_back({std::to_string(row.span) + "-" + std::to_string(row.number),
-                                               check.at(point.distanceToCenter, *diameter, peak)});
+        analysis.runoffAlongMachine.push_back(
+            {outletLabel(row), check.at(point.distanceToCenter, *diameter, peak)});
     }
     addRunoffFindings(analysis, analysis.findings);
 }
@@ -192,11 +188,12 @@ void DesignAnalyser::analyseProfile(const DesignResult& result, const std::map<L
     analysis.profileLowQuarterUniformity = Uniformity::lowQuarter(samples);
     const auto minimum = result.design.checks.minimumUniformityPercent;
     if (analysis.profileUniformityCoefficient && *analysis.profileUniformityCoefficient < minimum) {
-        analysis.findings.push_back({Severity::Warning, "profile-uniformity-low",
-                                     format("The application profile of the overlapping sprinkler patterns "
-                                            "has a CU of %.1f %%, under the "
-                                            "%.1f %% asked for.",
-                                            *analysis.profileUniformityCoefficient, minimum)});
+        analysis.findings.push_back(
+            {Severity::Warning, "profile-uniformity-low",
+             fmt::sprintf("The application profile of the overlapping sprinkler patterns "
+                          "has a CU of %.1f %%, under the "
+                          "%.1f %% asked for.",
+                          *analysis.profileUniformityCoefficient, minimum)});
     }
 }
 

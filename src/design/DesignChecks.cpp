@@ -2,19 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <string>
 
 #include <fmt/format.h>
 
 #include "caudalis/catalogue/Aspersor.hpp"
+#include "caudalis/design/Limits.hpp"
 #include "caudalis/design/ReportLabels.hpp"
 
 namespace caudalis::design {
 
 namespace {
-
-constexpr long maximumOutlets = std::numeric_limits<std::int16_t>::max();
 
 /// Figures in the units of the messages.
 class Figures {
@@ -63,14 +61,12 @@ void checkPipePressure(const DesignResult& result, const Figures& figures, Findi
 }
 
 void checkOutletCount(const DesignResult& result, Findings& findings) {
-    const auto outlets = static_cast<long>(
-        std::count_if(result.outlets.begin(), result.outlets.end(),
-                      [](const OutletResult& row) { return row.place != OutletPlace::EndGun; }));
-    if (outlets > maximumOutlets) {
+    const auto outlets = static_cast<long>(result.outlets.size());
+    if (outlets > limits::maximumOutlets) {
         findings.push_back({Severity::Error, "too-many-outlets",
-                            fmt::format("the machine has {} outlets, more than the {} its outlet numbers can "
-                                        "address",
-                                        outlets, maximumOutlets)});
+                            fmt::format("the machine has {} outlets (the end gun counting as one), more than "
+                                        "the {} its outlet numbers can address",
+                                        outlets, limits::maximumOutlets)});
     }
 }
 

@@ -10,13 +10,13 @@
 #include "JsonPosition.hpp"
 #include "caudalis/design/DesignError.hpp"
 #include "caudalis/design/DesignValidation.hpp"
+#include "caudalis/design/Limits.hpp"
 #include "caudalis/design/TextFile.hpp"
 
 namespace caudalis::design {
 
 namespace {
 
-constexpr long maxOutlets = std::numeric_limits<std::int16_t>::max();
 constexpr long maxId = std::numeric_limits<std::int32_t>::max();
 
 /// nlohmann's message without its "[json.exception.parse_error.101] " prefix.
@@ -132,12 +132,12 @@ void requireOutletsInRange(const DesignDescription& design) {
     for (const auto& span : design.spans) {
         total += outletCount(span);
     }
-    if (total > maxOutlets) {
+    if (total > limits::maximumOutlets) {
         throw DesignError::invalid(outletCarriers(design.overhang.has_value(), design.endGun.has_value()) +
                                    " have " +
                                    (std::isfinite(total) ? fmt::format("{:.15g}", total) : "countless") +
                                    " outlets in all" + (design.endGun ? " (the end gun counts as one)" : "") +
-                                   ", more than " + std::to_string(maxOutlets));
+                                   ", more than " + std::to_string(limits::maximumOutlets));
     }
 }
 
@@ -205,8 +205,8 @@ IndicatorsDescription readIndicators(JsonFields& root, double revolutionTime) {
         IndicatorsDescription read;
         read.revolutionHours =
             fields.optionalNumber("revolution_hours", NumberRule::Positive).value_or(revolutionTime);
-        read.blockedOutlets =
-            static_cast<int>(fields.optionalWholeNumber("blocked_outlets", 0, maxOutlets).value_or(0));
+        read.blockedOutlets = static_cast<int>(
+            fields.optionalWholeNumber("blocked_outlets", 0, limits::maximumOutlets).value_or(0));
         return read;
     });
     return indicators.value_or(IndicatorsDescription{revolutionTime, 0});

@@ -40,7 +40,6 @@ void NozzlePackageStrategy::beforeCompute(PivotWrapper& pivot_wrapper) {
     passes_ = 0;
     unfitted_.clear();
     reasons_.assign(static_cast<std::size_t>(outletsPerPass_), ChoiceReason::NoPackage);
-    chosen_.assign(static_cast<std::size_t>(outletsPerPass_), NozzleChoice{});
 }
 
 void NozzlePackageStrategy::afterCompute(PivotWrapper& /*pivot_wrapper*/) {}

@@ -1,7 +1,6 @@
 #include "caudalis/design/StoredChartDesign.hpp"
 
 #include <algorithm>
-#include <limits>
 
 #include "caudalis/charts/CartaAspersores.hpp"
 #include "caudalis/charts/CartaAspersoresStatic.hpp"
@@ -12,6 +11,7 @@
 #include "caudalis/design/DesignError.hpp"
 #include "caudalis/design/DesignFile.hpp"
 #include "caudalis/design/DesignRunner.hpp"
+#include "caudalis/design/Limits.hpp"
 #include "caudalis/design/MachineBuilder.hpp"
 #include "caudalis/design/MountedNozzleStrategy.hpp"
 #include "caudalis/hydraulics/PivotWrapper.hpp"
@@ -32,9 +32,8 @@ std::string storedDesign(Connection& project, Long chartId) {
     if (countOf(project, "tb_cartas", chartId) == 0) {
         throw DesignError::invalid("the project database holds no " + chart);
     }
-    if (chartId > std::numeric_limits<Integer>::max()) {
-        throw DesignError::invalid(chart + " is beyond " +
-                                   std::to_string(std::numeric_limits<Integer>::max()) +
+    if (chartId > limits::largestChartId) {
+        throw DesignError::invalid(chart + " is beyond " + std::to_string(limits::largestChartId) +
                                    ", the largest chart id the chart tables can read");
     }
     const auto figures = ChartFigures::load(project, chartId);

@@ -127,6 +127,17 @@ TEST(DesignChecks, NozzleOutsideItsRatedRangeAndTooManyOutlets) {
     EXPECT_TRUE(hasFinding(DesignChecks::check(result, si), "too-many-outlets"));
     result.outlets.resize(32767);
     EXPECT_FALSE(hasFinding(DesignChecks::check(result, si), "too-many-outlets"));
+    // The end gun counts as one outlet, as the design file counts it.
+    auto gun = result.outlets.front();
+    gun.place = OutletPlace::EndGun;
+    result.outlets.push_back(gun);
+    const auto withGun = DesignChecks::check(result, si);
+    const auto tooMany = std::find_if(withGun.begin(), withGun.end(),
+                                      [](const Finding& f) { return f.code == "too-many-outlets"; });
+    ASSERT_NE(tooMany, withGun.end());
+    EXPECT_EQ(tooMany->message,
+              "the machine has 32768 outlets (the end gun counting as one), more than the 32767 its outlet "
+              "numbers can address");
 }
 
 TEST(DesignChecks, MessagesFollowTheUnitsAsked) {
@@ -140,4 +151,14 @@ TEST(DesignChecks, MessagesFollowTheUnitsAsked) {
     ASSERT_NE(finding, nullptr);
     EXPECT_NE(finding->message.find("29.0 psi rating plus the 5.1 psi margin"), std::string::npos)
         << finding->message;
+}
+
+TEST(DesignChecks, AMachineThatAppliesNoWaterHasNoUniformity) {
+    auto result = run(example("small"));
+    result.summary.uniformityCoefficient.reset();
+    const auto findings = DesignChecks::check(result, Units());
+    const auto low = std::find_if(findings.begin(), findings.end(),
+                                  [](const Finding& f) { return f.code == "low-uniformity"; });
+    ASSERT_NE(low, findings.end());
+    EXPECT_EQ(low->message, "the uniformity cannot be computed: the machine applies no water");
 }

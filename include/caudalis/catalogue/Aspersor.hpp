@@ -81,7 +81,6 @@ private:
     friend class AspersoresStatic;
     friend class AspersorLoader;
     friend class NozzleLawTable;
-    class NozzleLawTable;
 
     /// Validates and stores every field but `id`. Raises
     /// `AspersorException::MissingAsperorDataException` when the designation is blank or any

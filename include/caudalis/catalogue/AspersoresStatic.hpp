@@ -8,6 +8,8 @@
 
 namespace caudalis {
 
+class NozzleLawTable;
+
 /// The sprinkler catalogue object: factories for sprinklers that do not come from a database,
 /// the placeholder sprinkler, the matching of sprinklers to a wanted pressure and flow, and the
 /// catalogue database (brands `marca`, models `Modelos`, nozzles `Boquillas`).
@@ -15,8 +17,6 @@ namespace caudalis {
 /// Every database operation opens its own connection from the host's connection string and
 /// closes it before returning. Collections read from the database carry no keys and keep the
 /// order in which the database returns the rows.
-class NozzleLawTable;
-
 class AspersoresStatic {
 public:
     /// Every nozzle of the catalogue. A row with incomplete data raises

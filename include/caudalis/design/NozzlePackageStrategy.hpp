@@ -14,13 +14,9 @@ namespace caudalis::design {
 /// tolerance. Counts the passes of the march and stops it with `DesignError` (`NotSettled`)
 /// once it goes past `maxPasses`. Keeps, for the latest pass, why each outlet got its nozzle
 /// and where the outlets without one are. Owns the chart that holds the design's accessories.
-/// So that the march settles, an outlet keeps the nozzle of the pass before while that nozzle
-/// is rated for its pressure and within the tolerance; after `freeAfterPasses` passes it
-/// keeps it (or its emptiness) while the nozzle is rated for the pressure, whatever the flow.
+/// Every pass chooses afresh.
 class NozzlePackageStrategy : public CalculosStrategy {
 public:
-    static constexpr long freeAfterPasses = 20;
-
     NozzlePackageStrategy(NozzlePackage package, long maxPasses);
     /// Every outlet chooses among `nozzles`.
     NozzlePackageStrategy(const CollectionRef& nozzles, double tolerance, long maxPasses);
@@ -56,7 +52,6 @@ private:
     bool hasEndGun_ = false;
     std::vector<double> unfitted_;
     std::vector<ChoiceReason> reasons_;
-    std::vector<NozzleChoice> chosen_;
     std::shared_ptr<CartaAspersores> chart_;
 };
 

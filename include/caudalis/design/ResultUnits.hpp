@@ -5,10 +5,11 @@
 
 namespace caudalis::design {
 
-/// The one place where a design result's figures leave SI: a copy of the result whose
-/// pressures, flows, lengths, diameters, spacings, depths, rates and areas are in `units`
-/// (records and summary alike; the nozzle objects stay as the catalogue has them, see
-/// `nozzleFigure`). Only writers use such a copy; the library never computes with it.
+/// A copy of a design result for writers: the figures of its span and outlet records, its
+/// summary, the package's inner distance and the design's pressures and flows in `units`.
+/// The design's span descriptions and drop, the machine, the analysis and the nozzle objects
+/// stay in SI; the writers convert what they print of those themselves. The library never
+/// computes with such a copy.
 class ResultUnits {
 public:
     static DesignResult convert(const DesignResult& result, const Units& units);

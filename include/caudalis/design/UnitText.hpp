@@ -7,7 +7,7 @@
 namespace caudalis::design {
 
 /// SI values written in a unit system for printouts: a fixed number of decimals per quantity
-/// and system (kPa 1, psi 1, l/s 3, gpm 2, m 2, ft 1, mm 1, in 2, mm/h 1, in/h 2, ...).
+/// and system (kPa 1, psi 2, l/s 3, gpm 2, m 2, ft 1, depths in mm 2, in 3, mm/h 1, in/h 2, ...).
 class UnitText {
 public:
     explicit UnitText(Units units) : units_(units) {}
@@ -25,7 +25,7 @@ public:
     std::string heading(const std::string& label, Quantity quantity) const;
     /// An area: "57.09 ha" or "141.08 acre".
     std::string area(double squareMetres) const;
-    /// A water depth to the depth unit's precision plus one decimal ("6.02 mm", "0.237 in").
+    /// A water depth with its unit ("6.02 mm", "0.237 in").
     std::string depth(double millimetres) const;
     /// A speed from metres per hour: "125.7 m/h" or "412.3 ft/h".
     std::string speed(double metresPerHour) const;

@@ -46,6 +46,7 @@ class Param:
     out: bool = False
     byval: bool = False
     optional: bool = False
+    anyvalue: bool = False
 
 
 @dataclass
@@ -87,6 +88,8 @@ def parse_param(text):
             p.byval = True
         elif w == "opt":
             p.optional = True
+        elif w == "any":
+            p.anyvalue = True
         else:
             raise SystemExit(f"unknown parameter modifier {w!r} in {text!r}")
     return p
@@ -546,6 +549,8 @@ def body_lines(ty, k, op, target, indent):
         src = p.name if (p.byval and not p.optional) else f"*{p.name}"
         if p.optional:
             lines.append(f"auto a{i} = optionalIn<{ty.lib(p.type)}>({p.name});")
+        elif p.anyvalue:
+            lines.append(f"auto a{i} = arrayOrNone({src});")
         else:
             lines.append(f"auto a{i} = in<{ty.lib(p.type)}>({src});")
         args.append(f"a{i}")
@@ -625,6 +630,15 @@ def write_invoke_switch(api, ty, k, target, g, indent="    "):
             g.append(f"{i2}        return {target}->{names[1]}(value.value());")
             g.append(f"{i2}    }}")
         n = len(op.params)
+        if op.kind == "get" and n == 0 and ty.is_class(op.result):
+            # Arguments given to a property that holds an object are its default member's:
+            # rs.Fields("name") is rs.Fields.Item("name").
+            g.append(f"{i2}    if (dp->cArgs > 0) {{")
+            g.append(f"{i2}        {ret_class(ty, op.result)} object;")
+            g.append(f"{i2}        const HRESULT hr = {target}->{names[0]}(object.pointer());")
+            g.append(f"{i2}        if (FAILED(hr)) return hr;")
+            g.append(f"{i2}        return invokeValue(*object.pointer(), flags, dp, result);")
+            g.append(f"{i2}    }}")
         required = sum(1 for p in op.params if not p.optional)
         if required:
             g.append(f"{i2}    if (dp->cArgs < {required} || dp->cArgs > {n}) return DISP_E_BADPARAMCOUNT;")

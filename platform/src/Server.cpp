@@ -127,8 +127,14 @@ public:
             if (!entry.make) {
                 continue;
             }
-            RegDeleteTreeW(root_, (std::wstring(L"Caudalis.") + entry.name).c_str());
-            RegDeleteTreeW(root_, (L"CLSID\\" + guidText(*entry.clsid)).c_str());
+            // Class keys are kept apart for 32-bit and 64-bit servers (each platform sees its own);
+            // the program identifier's key is shared by both, so it goes only when the other
+            // platform's server is not registered for the class.
+            const std::wstring clsid = L"CLSID\\" + guidText(*entry.clsid);
+            RegDeleteTreeW(root_, clsid.c_str());
+            if (!existsForOtherPlatform(clsid + L"\\InprocServer32")) {
+                RegDeleteTreeW(root_, (std::wstring(L"Caudalis.") + entry.name).c_str());
+            }
         }
         for (std::size_t i = 0; i < interfaceCount; ++i) {
             RegDeleteTreeW(root_, (L"Interface\\" + guidText(*interfaceTable[i].iid)).c_str());
@@ -152,13 +158,19 @@ public:
 private:
     static const wchar_t* platformKey() { return sizeof(void*) == 8 ? L"win64" : L"win32"; }
 
-    bool exists(const std::wstring& key) const {
+    bool exists(const std::wstring& key, REGSAM view = 0) const {
         HKEY handle = nullptr;
-        if (RegOpenKeyExW(root_, key.c_str(), 0, KEY_READ, &handle) != ERROR_SUCCESS) {
+        if (RegOpenKeyExW(root_, key.c_str(), 0, KEY_READ | view, &handle) != ERROR_SUCCESS) {
             return false;
         }
         RegCloseKey(handle);
         return true;
+    }
+
+    /// The key exists in the other platform's view of the registry (on 32-bit Windows, which
+    /// has one view, in this one).
+    bool existsForOtherPlatform(const std::wstring& key) const {
+        return exists(key, sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY);
     }
 
     void set(const std::wstring& key, const wchar_t* name, const std::wstring& value) {

@@ -1,0 +1,18 @@
+#include "ScriptFields.hpp"
+
+#include "ScriptField.hpp"
+#include "ScriptRecordset.hpp"
+
+namespace caudalis::com {
+
+ScriptFields::ScriptFields(std::shared_ptr<ScriptRecordset> records) : records_(std::move(records)) {}
+
+caudalis::Long ScriptFields::Count() const {
+    return static_cast<caudalis::Long>(records_->columnCount());
+}
+
+std::shared_ptr<ScriptField> ScriptFields::Item(const caudalis::Variant& index) const {
+    return std::make_shared<ScriptField>(records_, records_->columnOf(index));
+}
+
+}  // namespace caudalis::com

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <caudalis/core/Variant.hpp>
+#include <memory>
+
+namespace caudalis::com {
+
+class ScriptRecordset;
+class ScriptField;
+
+/// The fields of a `ScriptRecordset`: `Count` and `Item(name or position)`.
+class ScriptFields {
+public:
+    explicit ScriptFields(std::shared_ptr<ScriptRecordset> records);
+
+    caudalis::Long Count() const;
+    /// 3265 (item not found) for a name or position the record set does not have.
+    std::shared_ptr<ScriptField> Item(const caudalis::Variant& index) const;
+
+private:
+    std::shared_ptr<ScriptRecordset> records_;
+};
+
+}  // namespace caudalis::com

@@ -448,7 +448,7 @@ def object_classes(api):
     """Classes whose library type derives from caudalis::Object, most derived first."""
     order = ["ReguladorPression", "MountedAspersor", "PivotApplier", "WaterDepthsComparator", "Comparator",
              "PivotWrapper", "CartaAspersores", "CalculosStrategy", "Aspersor", "TableSchema", "Connection",
-             "Recordset"]
+             "Recordset", "Field"]
     return [c for c in order if c in api.classes]
 
 

@@ -317,6 +317,7 @@ void toCom(const std::string& l, VARIANT& c);
 void toCom(const caudalis::BoundedArray<caudalis::Variant>& l, VARIANT& c);
 void toCom(const caudalis::CollectionRef& l, IDispatch*& c);
 void toCom(const caudalis::Collection& l, IUnknown*& c);
+void toCom(const ScriptFields& l, IUnknown*& c);
 template <class T, class I>
 void toCom(const std::shared_ptr<T>& l, I*& c) {
     c = nullptr;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <caudalis/core/Object.hpp>
 #include <caudalis/core/Variant.hpp>
 #include <cstddef>
 #include <memory>
@@ -11,7 +12,7 @@ class ScriptRecordset;
 
 /// One column of a `ScriptRecordset`. Like ADO's field it follows the record set: `Value` is
 /// the column's value in the row that is current when it is read.
-class ScriptField {
+class ScriptField final : public caudalis::Object {
 public:
     ScriptField(std::shared_ptr<ScriptRecordset> records, std::size_t column);
 

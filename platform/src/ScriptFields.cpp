@@ -15,4 +15,12 @@ std::shared_ptr<ScriptField> ScriptFields::Item(const caudalis::Variant& index) 
     return std::make_shared<ScriptField>(records_, records_->columnOf(index));
 }
 
+std::vector<caudalis::Variant> ScriptFields::all() const {
+    std::vector<caudalis::Variant> fields;
+    for (std::size_t column = 0; column < records_->columnCount(); ++column) {
+        fields.emplace_back(std::make_shared<ScriptField>(records_, column));
+    }
+    return fields;
+}
+
 }  // namespace caudalis::com

@@ -719,6 +719,48 @@ void hostsOwnConnection(_Statics* statics, const char* project) {
     forwarded->Close();
 }
 
+/// A Variant argument takes a number of any automation width: the narrow ones come back as
+/// Integer or Long, the wide ones (64-bit, unsigned 32-bit, decimal) as Double.
+void numbersOfEveryWidth() {
+    Ref<IDispatch> items;
+    if (!ok(CoCreateInstance(CLSID_Collection, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                             reinterpret_cast<void**>(&items)),
+            "CoCreateInstance Caudalis.Collection")) {
+        return;
+    }
+    struct Width {
+        VARTYPE given;
+        double value;
+        VARTYPE expected;
+        const char* what;
+    };
+    const Width widths[] = {
+        {VT_I1, -3, VT_I2, "a signed byte comes back as an Integer"},
+        {VT_UI2, 60000, VT_I4, "an unsigned 16-bit number comes back as a Long"},
+        {VT_UI4, 4000000000.0, VT_R8, "an unsigned 32-bit number comes back as a Double"},
+        {VT_I8, 5000000000.0, VT_R8, "a 64-bit number comes back as a Double"},
+        {VT_DECIMAL, 2.5, VT_R8, "a decimal comes back as a Double"},
+    };
+    long index = 0;
+    for (const Width& width : widths) {
+        VARIANT number;
+        VariantInit(&number);
+        V_VT(&number) = VT_R8;
+        V_R8(&number) = width.value;
+        VariantChangeType(&number, &number, 0, width.given);
+        if (!ok(invoke(items.p, L"Add", {number}, nullptr), width.what)) {
+            continue;
+        }
+        VARIANT back;
+        ok(invoke(items.p, L"Item", {longVariant(++index)}, &back), width.what);
+        VARIANT asDouble;
+        VariantInit(&asDouble);
+        VariantChangeType(&asDouble, &back, 0, VT_R8);
+        check(V_VT(&back) == width.expected && V_R8(&asDouble) == width.value, width.what);
+        VariantClear(&back);
+    }
+}
+
 /// The Statics edge cases through the server.
 void staticsEdgeCases(_Statics* statics) {
     Ref<_Tramos> a;
@@ -887,6 +929,7 @@ int wmain(int argc, wchar_t** argv) {
             interfaceAsDescribed();
             staticsEdgeCases(statics);
             recordsAndErrors(statics);
+            numbersOfEveryWidth();
             design(statics, catalogue, project, reference);
             hostsOwnConnection(statics, project);
             statics->Release();

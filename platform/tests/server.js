@@ -59,6 +59,11 @@ check(!rs.BOF && !rs.EOF, "a record set with rows starts on its first row");
 check(rs.Fields.Item("name").Value == "one" && rs.Fields.Item(0).Value == 1, "Fields.Item by name and by position");
 check(rs.Fields("id").Value == 1 && rs.Fields(1).Value == "one", "Fields(name) and Fields(position)");
 check(rs.Fields.Item(1).Name == "name", "Field.Name");
+var names = "";
+for (var each = new Enumerator(rs.Fields); !each.atEnd(); each.moveNext()) {
+    names += each.item().Name + ";";
+}
+check(names == "id;name;", "Enumerator walks the fields (" + names + ")");
 var text = "";
 while (!rs.EOF) {
     text += rs.Fields("id").Value + ":" + rs.Fields("name").Value + ";";

@@ -496,6 +496,11 @@ Check Not rs.BOF And Not rs.EOF, "a record set with rows starts on its first row
 Check rs.Fields.Item("name").Value = "a" And rs.Fields.Item(0).Value = 1, "Fields.Item by name and by position"
 Check rs.Fields("NAME").Value = "a" And rs.Fields(2).Value = 1.5 And rs("size") = 1.5, "Fields(name), Fields(position) and the default members"
 Check rs.Fields(1).Name = "name", "Field.Name (" & rs.Fields(1).Name & ")"
+text = ""
+For Each fld In rs.Fields
+    text = text & fld.Name & "=" & fld.Value & ";"
+Next
+Check text = "id=1;name=a;size=1.5;", "For Each walks the fields (" & text & ")"
 Set fld = rs.Fields("name")
 text = ""
 Do While Not rs.EOF

@@ -47,6 +47,7 @@ class Param:
     byval: bool = False
     optional: bool = False
     anyvalue: bool = False
+    boundsonly: bool = False
 
 
 @dataclass
@@ -90,6 +91,8 @@ def parse_param(text):
             p.optional = True
         elif w == "any":
             p.anyvalue = True
+        elif w == "bounds":
+            p.boundsonly = True
         else:
             raise SystemExit(f"unknown parameter modifier {w!r} in {text!r}")
     return p
@@ -551,6 +554,8 @@ def body_lines(ty, k, op, target, indent):
             lines.append(f"auto a{i} = optionalIn<{ty.lib(p.type)}>({p.name});")
         elif p.anyvalue:
             lines.append(f"auto a{i} = arrayOrNone({src});")
+        elif p.boundsonly:
+            lines.append(f"auto a{i} = boundsOf({src});")
         else:
             lines.append(f"auto a{i} = in<{ty.lib(p.type)}>({src});")
         args.append(f"a{i}")

@@ -395,6 +395,22 @@ caudalis::BoundedArray<caudalis::Variant> arrayOrNone(const VARIANT& c) {
     return in<caudalis::BoundedArray<caudalis::Variant>>(c);
 }
 
+caudalis::BoundedArray<caudalis::Variant> boundsOf(const VARIANT& c) {
+    const VARIANT& v = dereferenced(c);
+    caudalis::BoundedArray<caudalis::Variant> shape;
+    SAFEARRAY* array = nullptr;
+    if (V_VT(&v) & VT_ARRAY) {
+        array = V_VT(&v) & VT_BYREF ? *V_ARRAYREF(&v) : V_ARRAY(&v);
+    }
+    LONG lower = 0;
+    LONG upper = -1;
+    if (array && SUCCEEDED(SafeArrayGetLBound(array, 1, &lower)) &&
+        SUCCEEDED(SafeArrayGetUBound(array, 1, &upper)) && upper >= lower) {
+        shape.redim(lower, upper);
+    }
+    return shape;
+}
+
 void toCom(const caudalis::Variant& l, VARIANT& c) {
     VariantInit(&c);
     switch (l.type()) {

@@ -286,6 +286,9 @@ void fromCom(const VARIANT& c, caudalis::Variant& l);
 void fromCom(const VARIANT& c, caudalis::BoundedArray<caudalis::Variant>& l);
 /// An argument that takes any value: its array, or an unallocated array when it holds none.
 caudalis::BoundedArray<caudalis::Variant> arrayOrNone(const VARIANT& c);
+/// An argument of which only the bounds count: an array of Empty with the bounds of the first
+/// dimension of its array (whatever the elements), unallocated when it holds none.
+caudalis::BoundedArray<caudalis::Variant> boundsOf(const VARIANT& c);
 void fromCom(IDispatch* const& c, caudalis::CollectionRef& l);
 template <class I, class T>
 void fromCom(I* const& c, std::shared_ptr<T>& l) {

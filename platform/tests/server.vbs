@@ -121,6 +121,14 @@ Check Outcome("HasAny", 5) = False, "Arrays.HasAny(5) is False (" & Outcome("Has
 Check Outcome("First", Null) = "Empty", "Arrays.First(Null) is Empty (" & Outcome("First", Null) & ")"
 Check Outcome("Last", "abc") = "Empty", "Arrays.Last(""abc"") is Empty (" & Outcome("Last", "abc") & ")"
 Check Outcome("Slice", "abc") = "error 13", "Arrays.Slice of a text fails with error 13 (" & Outcome("Slice", "abc") & ")"
+' Length counts the elements whatever they hold, and the first dimension of a grid.
+Dim grid(2, 3)
+Check Outcome("Length", Array(Array(1, 2), "x", Empty)) = 3, "Arrays.Length of an array of arrays (" & Outcome("Length", Array(Array(1, 2), "x", Empty)) & ")"
+Check Outcome("Length", grid) = 3 And Outcome("HasAny", grid) = True, "Arrays.Length of a grid counts its first dimension (" & Outcome("Length", grid) & ")"
+Check Outcome("IsEmpty", Array()) = True, "an array without elements is empty"
+' An element that is itself an array cannot be read (13), nor a grid's (9).
+Check Outcome("Last", grid) = "error 9", "Arrays.Last of a grid raises 9 (" & Outcome("Last", grid) & ")"
+Check Outcome("First", Array(Array(1, 2), "x")) = "error 13", "Arrays.First of an array of arrays raises 13 (" & Outcome("First", Array(Array(1, 2), "x")) & ")"
 Dim pushed
 pushed = "abc"
 On Error Resume Next

@@ -635,7 +635,8 @@ def write_invoke_switch(api, ty, k, target, g, indent="    "):
             g.append(f"{i2}        return {target}->{names[1]}(value.value());")
             g.append(f"{i2}    }}")
         n = len(op.params)
-        if op.kind == "get" and n == 0 and ty.is_class(op.result):
+        forwards = op.kind == "get" and n == 0 and ty.is_class(op.result)
+        if forwards:
             # Arguments given to a property that holds an object are its default member's:
             # rs.Fields("name") is rs.Fields.Item("name").
             g.append(f"{i2}    if (dp->cArgs > 0) {{")
@@ -647,7 +648,7 @@ def write_invoke_switch(api, ty, k, target, g, indent="    "):
         required = sum(1 for p in op.params if not p.optional)
         if required:
             g.append(f"{i2}    if (dp->cArgs < {required} || dp->cArgs > {n}) return DISP_E_BADPARAMCOUNT;")
-        else:
+        elif not forwards:
             g.append(f"{i2}    if (dp->cArgs > {n}) return DISP_E_BADPARAMCOUNT;")
         call_args = []
         for i, p in enumerate(op.params):

@@ -62,8 +62,9 @@ rm -rf "$WORK"
 mkdir -p "$WORK"
 "$NATIVE/apps/caudalis/caudalis" init "$WORK" >/dev/null
 "$NATIVE/tests/caudalis_reference_design" "$WORK/catalogue.db" >"$WORK/reference.txt"
-cat "$OUT/i686/generated/Classes.vbs" platform/tests/server.vbs >"$WORK/server.vbs"
-cp platform/tests/server.js platform/tests/registered.vbs "$WORK/"
+cat platform/tests/Checks.vbs "$OUT/i686/generated/Classes.vbs" platform/tests/server.vbs >"$WORK/server.vbs"
+cat platform/tests/Checks.vbs platform/tests/registered.vbs >"$WORK/registered.vbs"
+cp platform/tests/server.js "$WORK/"
 printf 'Set S = CreateObject("Caudalis.Statics")\r\nWScript.Echo TypeName(S.Tramos)\r\nWScript.Quit 0\r\n' >"$WORK/warm.vbs"
 
 system_dir() { [ "$1" = x86_64 ] && echo 'C:\windows\system32' || echo 'C:\windows\syswow64'; }

@@ -1,21 +1,7 @@
-' The automation server as a script host sees it. Run by cscript after Classes.vbs (the class
-' lists made from the interface description):
+' The automation server as a script host sees it. Run by cscript after Checks.vbs and
+' Classes.vbs (the class lists made from the interface description):
 '   cscript //nologo server.vbs WORKFOLDER [AMD64|x86]
-' WORKFOLDER holds catalogue.db and project.db. Every check is explicit; the script ends with
-' "N passed, N failed" and quits with the number of failures.
-
-Dim passed, failed
-passed = 0
-failed = 0
-
-Sub Check(ok, what)
-    If ok Then
-        passed = passed + 1
-    Else
-        failed = failed + 1
-        WScript.Echo "FAIL: " & what
-    End If
-End Sub
+' WORKFOLDER holds catalogue.db and project.db.
 
 Function Creates(progid)
     Dim o
@@ -559,5 +545,4 @@ Set con = Nothing
 Set rs = Nothing
 Set fld = Nothing
 
-WScript.Echo passed & " passed, " & failed & " failed"
-WScript.Quit failed
+Finish

@@ -39,9 +39,13 @@ ITypeLib* typeLibrary() {
     return library;
 }
 
+/// A class object; while one lives the server stays loaded (hosts may keep one to create many).
 class ClassFactory final : public IClassFactory {
 public:
-    explicit ClassFactory(const ClassEntry& entry) : entry_(entry) {}
+    explicit ClassFactory(const ClassEntry& entry) : entry_(entry) { objectCreated(); }
+    ~ClassFactory() { objectDestroyed(); }
+    ClassFactory(const ClassFactory&) = delete;
+    ClassFactory& operator=(const ClassFactory&) = delete;
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
         if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IClassFactory)) {
             *object = static_cast<IClassFactory*>(this);

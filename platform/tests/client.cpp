@@ -881,6 +881,31 @@ void unregistered() {
     check(left == 0, "unregistration leaves no key behind");
 }
 
+/// A class object the host keeps holds the server in memory: it cannot be unloaded while one
+/// lives, and can once the last goes.
+void classObjectKeepsServer() {
+    IClassFactory* factory = nullptr;
+    if (!ok(CoGetClassObject(CLSID_Statics, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
+                             reinterpret_cast<void**>(&factory)),
+            "CoGetClassObject Caudalis.Statics")) {
+        return;
+    }
+    HMODULE server = GetModuleHandleW(L"Caudalis.dll");
+    using CanUnload = HRESULT(STDAPICALLTYPE*)();
+    const auto canUnload =
+        server
+            ? reinterpret_cast<CanUnload>(reinterpret_cast<void*>(GetProcAddress(server, "DllCanUnloadNow")))
+            : nullptr;
+    check(canUnload != nullptr, "the server is loaded and exports DllCanUnloadNow");
+    if (canUnload) {
+        check(canUnload() == S_FALSE, "a class object held keeps the server loaded");
+    }
+    factory->Release();
+    if (canUnload) {
+        check(canUnload() == S_OK, "without objects the server may be unloaded");
+    }
+}
+
 /// After `regsvr32 /n /i:user` the classes, interfaces and type library are registered for the
 /// current user (HKEY_CURRENT_USER\Software\Classes), and nothing machine-wide.
 void registeredForUser() {
@@ -922,6 +947,7 @@ int wmain(int argc, wchar_t** argv) {
         WideCharToMultiByte(CP_UTF8, 0, argv[2], -1, catalogue, MAX_PATH, nullptr, nullptr);
         WideCharToMultiByte(CP_UTF8, 0, argv[3], -1, project, MAX_PATH, nullptr, nullptr);
         WideCharToMultiByte(CP_UTF8, 0, argv[4], -1, reference, MAX_PATH, nullptr, nullptr);
+        classObjectKeepsServer();
         _Statics* statics = nullptr;
         const HRESULT hr = CoCreateInstance(CLSID_Statics, nullptr, CLSCTX_INPROC_SERVER, IID__Statics,
                                             reinterpret_cast<void**>(&statics));

@@ -516,6 +516,8 @@ Check Attempt("Close") = 3704, "closing a record set twice raises 3704"
 Set rs = con.Execute("SELECT id FROM rows_check WHERE id > 100")
 Check rs.EOF And rs.BOF And rs.RecordCount = 0, "a record set without rows is at EOF and BOF"
 Check Attempt("MoveFirst") = 3021 And Attempt("name") = 3265, "MoveFirst without rows raises 3021"
+Set rs = con.Execute("SELECT 1 as n, 2 as N")
+Check rs.Fields.Count = 2 And rs.Fields(1).Value = 1, "columns of one name all read the first of them (" & rs.Fields(1).Value & ")"
 Set rs = con.Execute("UPDATE rows_check SET name = 'd' WHERE id = 3")
 Check rs.EOF And rs.BOF And rs.Fields.Count = 0, "a statement without rows gives an empty record set"
 ' The record set keeps its rows after its connection closes; the connection refuses everything.

@@ -46,6 +46,8 @@ class Param:
     out: bool = False
     byval: bool = False
     optional: bool = False
+    anyvalue: bool = False
+    boundsonly: bool = False
 
 
 @dataclass
@@ -87,6 +89,10 @@ def parse_param(text):
             p.byval = True
         elif w == "opt":
             p.optional = True
+        elif w == "any":
+            p.anyvalue = True
+        elif w == "bounds":
+            p.boundsonly = True
         else:
             raise SystemExit(f"unknown parameter modifier {w!r} in {text!r}")
     return p
@@ -445,7 +451,7 @@ def object_classes(api):
     """Classes whose library type derives from caudalis::Object, most derived first."""
     order = ["ReguladorPression", "MountedAspersor", "PivotApplier", "WaterDepthsComparator", "Comparator",
              "PivotWrapper", "CartaAspersores", "CalculosStrategy", "Aspersor", "TableSchema", "Connection",
-             "Recordset"]
+             "Recordset", "Field"]
     return [c for c in order if c in api.classes]
 
 
@@ -546,6 +552,10 @@ def body_lines(ty, k, op, target, indent):
         src = p.name if (p.byval and not p.optional) else f"*{p.name}"
         if p.optional:
             lines.append(f"auto a{i} = optionalIn<{ty.lib(p.type)}>({p.name});")
+        elif p.anyvalue:
+            lines.append(f"auto a{i} = arrayOrNone({src});")
+        elif p.boundsonly:
+            lines.append(f"auto a{i} = boundsOf({src});")
         else:
             lines.append(f"auto a{i} = in<{ty.lib(p.type)}>({src});")
         args.append(f"a{i}")
@@ -625,10 +635,20 @@ def write_invoke_switch(api, ty, k, target, g, indent="    "):
             g.append(f"{i2}        return {target}->{names[1]}(value.value());")
             g.append(f"{i2}    }}")
         n = len(op.params)
+        forwards = op.kind == "get" and n == 0 and ty.is_class(op.result)
+        if forwards:
+            # Arguments given to a property that holds an object are its default member's:
+            # rs.Fields("name") is rs.Fields.Item("name").
+            g.append(f"{i2}    if (dp->cArgs > 0) {{")
+            g.append(f"{i2}        {ret_class(ty, op.result)} object;")
+            g.append(f"{i2}        const HRESULT hr = {target}->{names[0]}(object.pointer());")
+            g.append(f"{i2}        if (FAILED(hr)) return hr;")
+            g.append(f"{i2}        return invokeValue(*object.pointer(), flags, dp, result);")
+            g.append(f"{i2}    }}")
         required = sum(1 for p in op.params if not p.optional)
         if required:
             g.append(f"{i2}    if (dp->cArgs < {required} || dp->cArgs > {n}) return DISP_E_BADPARAMCOUNT;")
-        else:
+        elif not forwards:
             g.append(f"{i2}    if (dp->cArgs > {n}) return DISP_E_BADPARAMCOUNT;")
         call_args = []
         for i, p in enumerate(op.params):

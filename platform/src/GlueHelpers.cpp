@@ -72,6 +72,10 @@ void toCom(const caudalis::Collection& l, IUnknown*& c) {
     c = new Enumerator(std::vector<caudalis::Variant>(l.begin(), l.end()));
 }
 
+void toCom(const ScriptFields& l, IUnknown*& c) {
+    c = new Enumerator(l.all());
+}
+
 caudalis::Variant itemOf(const caudalis::Collection& collection, const caudalis::Variant& index) {
     if (index.isString()) {
         return collection.Item(index.toString());

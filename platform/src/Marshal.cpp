@@ -121,6 +121,30 @@ HRESULT dispatchFailure(HRESULT hr, EXCEPINFO* exception) noexcept {
     return DISP_E_EXCEPTION;
 }
 
+HRESULT invokeValue(IDispatch* object, WORD flags, DISPPARAMS* dp, VARIANT* result) noexcept {
+    if (!object) {
+        return raiseComError(hresultOf(RuntimeError::ObjectNotSet),
+                             standardErrorText(RuntimeError::ObjectNotSet));
+    }
+    EXCEPINFO exception{};
+    const HRESULT hr =
+        object->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, flags, dp, result, &exception, nullptr);
+    if (hr != DISP_E_EXCEPTION) {
+        return hr;
+    }
+    if (exception.pfnDeferredFillIn) {
+        exception.pfnDeferredFillIn(&exception);
+    }
+    const HRESULT raised = exception.scode != 0 ? exception.scode : hresultOf(exception.wCode);
+    const std::string description =
+        exception.bstrDescription ? narrow(exception.bstrDescription, SysStringLen(exception.bstrDescription))
+                                  : "";
+    SysFreeString(exception.bstrSource);
+    SysFreeString(exception.bstrDescription);
+    SysFreeString(exception.bstrHelpFile);
+    return raiseComError(raised, description);
+}
+
 // ------------------------------------------------------------------------------ objects
 
 HostObject::HostObject(IUnknown* object) : object_(object) {
@@ -284,10 +308,18 @@ void fromCom(const VARIANT& c, caudalis::Variant& l) {
         case VT_BOOL:
         case VT_I2:
         case VT_UI1:
+        case VT_I1:
+        case VT_UI2:
         case VT_I4:
+        case VT_UI4:
+        case VT_INT:
+        case VT_UINT:
+        case VT_I8:
+        case VT_UI8:
         case VT_R8:
         case VT_R4:
         case VT_CY:
+        case VT_DECIMAL:
         case VT_DATE:
         case VT_BSTR:
             break;
@@ -318,8 +350,10 @@ void fromCom(const VARIANT& c, caudalis::Variant& l) {
     VARTYPE target = VT_R8;
     if (base == VT_BOOL || base == VT_I2 || base == VT_I4 || base == VT_BSTR) {
         target = base;
-    } else if (base == VT_UI1) {
+    } else if (base == VT_UI1 || base == VT_I1) {
         target = VT_I2;
+    } else if (base == VT_UI2 || base == VT_INT) {
+        target = VT_I4;
     }
     coerce(v, target, plain);
     switch (target) {
@@ -352,6 +386,29 @@ void fromCom(const VARIANT& c, caudalis::BoundedArray<caudalis::Variant>& l) {
     }
     SAFEARRAY* array = V_VT(&v) & VT_BYREF ? *V_ARRAYREF(&v) : V_ARRAY(&v);
     fromCom(array, l);
+}
+
+caudalis::BoundedArray<caudalis::Variant> arrayOrNone(const VARIANT& c) {
+    if (!(V_VT(&dereferenced(c)) & VT_ARRAY)) {
+        return {};
+    }
+    return in<caudalis::BoundedArray<caudalis::Variant>>(c);
+}
+
+caudalis::BoundedArray<caudalis::Variant> boundsOf(const VARIANT& c) {
+    const VARIANT& v = dereferenced(c);
+    caudalis::BoundedArray<caudalis::Variant> shape;
+    SAFEARRAY* array = nullptr;
+    if (V_VT(&v) & VT_ARRAY) {
+        array = V_VT(&v) & VT_BYREF ? *V_ARRAYREF(&v) : V_ARRAY(&v);
+    }
+    LONG lower = 0;
+    LONG upper = -1;
+    if (array && SUCCEEDED(SafeArrayGetLBound(array, 1, &lower)) &&
+        SUCCEEDED(SafeArrayGetUBound(array, 1, &upper)) && upper >= lower) {
+        shape.redim(lower, upper);
+    }
+    return shape;
 }
 
 void toCom(const caudalis::Variant& l, VARIANT& c) {
@@ -518,6 +575,13 @@ void writeBackScalar(VARIANT* source, const VARIANT& converted) {
             break;
     }
     VariantClear(&typed);
+}
+
+HRESULT conversionFailure(HRESULT hr) noexcept {
+    if (hr == DISP_E_OVERFLOW) {
+        return raiseComError(hresultOf(RuntimeError::Overflow), standardErrorText(RuntimeError::Overflow));
+    }
+    return DISP_E_TYPEMISMATCH;
 }
 
 Arg<SAFEARRAY*>::Arg(DISPPARAMS* dp, UINT position, UINT, bool optional) {

@@ -19,6 +19,9 @@
 #include <typeinfo>
 
 #include "Caudalis_h.h"
+#include "ScriptField.hpp"
+#include "ScriptFields.hpp"
+#include "ScriptRecordset.hpp"
 
 namespace caudalis::com {
 
@@ -281,6 +284,11 @@ inline void fromCom(const ::compareWhat& c, caudalis::compareWhat& l) {
 }
 void fromCom(const VARIANT& c, caudalis::Variant& l);
 void fromCom(const VARIANT& c, caudalis::BoundedArray<caudalis::Variant>& l);
+/// An argument that takes any value: its array, or an unallocated array when it holds none.
+caudalis::BoundedArray<caudalis::Variant> arrayOrNone(const VARIANT& c);
+/// An argument of which only the bounds count: an array of Empty with the bounds of the first
+/// dimension of its array (whatever the elements), unallocated when it holds none.
+caudalis::BoundedArray<caudalis::Variant> boundsOf(const VARIANT& c);
 void fromCom(IDispatch* const& c, caudalis::CollectionRef& l);
 template <class I, class T>
 void fromCom(I* const& c, std::shared_ptr<T>& l) {
@@ -312,6 +320,7 @@ void toCom(const std::string& l, VARIANT& c);
 void toCom(const caudalis::BoundedArray<caudalis::Variant>& l, VARIANT& c);
 void toCom(const caudalis::CollectionRef& l, IDispatch*& c);
 void toCom(const caudalis::Collection& l, IUnknown*& c);
+void toCom(const ScriptFields& l, IUnknown*& c);
 template <class T, class I>
 void toCom(const std::shared_ptr<T>& l, I*& c) {
     c = nullptr;
@@ -576,6 +585,10 @@ caudalis::compareWhat compareWhatOf(const std::optional<caudalis::Variant>& key)
 
 HRESULT dispatchFailure(HRESULT hr, EXCEPINFO* exception) noexcept;
 
+/// Calls the default member (DISPID_VALUE) of `object` with the caller's arguments; what the
+/// object raises is raised again with its number and description.
+HRESULT invokeValue(IDispatch* object, WORD flags, DISPPARAMS* dp, VARIANT* result) noexcept;
+
 /// Answers IDispatch for one interface from the embedded type library: names through the type
 /// information, calls through the generated `invokeMember`.
 template <class I>
@@ -705,6 +718,10 @@ VARIANT* argumentAt(DISPPARAMS* dp, UINT position, bool optional, VARIANT& missi
 /// Writes a converted argument back into the caller's by-reference variable.
 void writeBackScalar(VARIANT* source, const VARIANT& converted);
 
+/// The failure of converting an argument: 6 (overflow, with its error information) for a
+/// value out of the parameter's range, a type mismatch otherwise.
+HRESULT conversionFailure(HRESULT hr) noexcept;
+
 /// An argument of IDispatch::Invoke converted to the COM type of the vtable method (`Hint`
 /// names the automation type where the C type does not tell it: VT_BOOL for truth values).
 template <class C, VARTYPE Hint = VT_EMPTY>
@@ -718,17 +735,15 @@ public:
         }
         VariantInit(&converted_);
         status_ = VariantChangeType(&converted_, &dereferenced(*source_), 0, vartype());
+        if (FAILED(status_)) {
+            status_ = conversionFailure(status_);
+        }
     }
     ~Arg() { VariantClear(&converted_); }
     Arg(const Arg&) = delete;
     Arg& operator=(const Arg&) = delete;
 
-    HRESULT status() const noexcept {
-        if (status_ == DISP_E_PARAMNOTFOUND || SUCCEEDED(status_)) {
-            return status_;
-        }
-        return DISP_E_TYPEMISMATCH;
-    }
+    HRESULT status() const noexcept { return status_; }
     C* pointer() noexcept { return reinterpret_cast<C*>(&V_I4(&converted_)); }
     C value() noexcept { return *pointer(); }
     /// Writes the (possibly changed) value back into the caller's variable.

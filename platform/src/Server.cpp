@@ -39,9 +39,13 @@ ITypeLib* typeLibrary() {
     return library;
 }
 
+/// A class object; while one lives the server stays loaded (hosts may keep one to create many).
 class ClassFactory final : public IClassFactory {
 public:
-    explicit ClassFactory(const ClassEntry& entry) : entry_(entry) {}
+    explicit ClassFactory(const ClassEntry& entry) : entry_(entry) { objectCreated(); }
+    ~ClassFactory() { objectDestroyed(); }
+    ClassFactory(const ClassFactory&) = delete;
+    ClassFactory& operator=(const ClassFactory&) = delete;
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
         if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IClassFactory)) {
             *object = static_cast<IClassFactory*>(this);
@@ -127,8 +131,14 @@ public:
             if (!entry.make) {
                 continue;
             }
-            RegDeleteTreeW(root_, (std::wstring(L"Caudalis.") + entry.name).c_str());
-            RegDeleteTreeW(root_, (L"CLSID\\" + guidText(*entry.clsid)).c_str());
+            // Class keys are kept apart for 32-bit and 64-bit servers (each platform sees its own);
+            // the program identifier's key is shared by both, so it goes only when the other
+            // platform's server is not registered for the class.
+            const std::wstring clsid = L"CLSID\\" + guidText(*entry.clsid);
+            RegDeleteTreeW(root_, clsid.c_str());
+            if (!existsForOtherPlatform(clsid + L"\\InprocServer32")) {
+                RegDeleteTreeW(root_, (std::wstring(L"Caudalis.") + entry.name).c_str());
+            }
         }
         for (std::size_t i = 0; i < interfaceCount; ++i) {
             RegDeleteTreeW(root_, (L"Interface\\" + guidText(*interfaceTable[i].iid)).c_str());
@@ -152,13 +162,19 @@ public:
 private:
     static const wchar_t* platformKey() { return sizeof(void*) == 8 ? L"win64" : L"win32"; }
 
-    bool exists(const std::wstring& key) const {
+    bool exists(const std::wstring& key, REGSAM view = 0) const {
         HKEY handle = nullptr;
-        if (RegOpenKeyExW(root_, key.c_str(), 0, KEY_READ, &handle) != ERROR_SUCCESS) {
+        if (RegOpenKeyExW(root_, key.c_str(), 0, KEY_READ | view, &handle) != ERROR_SUCCESS) {
             return false;
         }
         RegCloseKey(handle);
         return true;
+    }
+
+    /// The key exists in the other platform's view of the registry (on 32-bit Windows, which
+    /// has one view, in this one).
+    bool existsForOtherPlatform(const std::wstring& key) const {
+        return exists(key, sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY);
     }
 
     void set(const std::wstring& key, const wchar_t* name, const std::wstring& value) {

@@ -146,9 +146,18 @@ inline IDispatch* field(std::shared_ptr<_Field> value) {
 
 inline IDispatch* fields(std::shared_ptr<_Recordset> rows) {
     return new NamedMembers({{L"Item", [rows](DISPPARAMS& params, VARIANT& result, EXCEPINFO&) {
-                                  BSTR name = textArgument(params);
+                                  VARIANT name;
+                                  VariantInit(&name);
+                                  V_VT(&name) = VT_BSTR;
+                                  V_BSTR(&name) = textArgument(params);
+                                  _Fields* columns = nullptr;
+                                  HRESULT hr = rows->get_Fields(&columns);
+                                  if (FAILED(hr)) {
+                                      return hr;
+                                  }
                                   _Field* found = nullptr;
-                                  const HRESULT hr = rows->Fields(&name, &found);
+                                  hr = columns->Item(&name, &found);
+                                  columns->Release();
                                   return FAILED(hr) ? hr : giveObject(field(shared(found)), result);
                               }}});
 }

@@ -719,6 +719,48 @@ void hostsOwnConnection(_Statics* statics, const char* project) {
     forwarded->Close();
 }
 
+/// A Variant argument takes a number of any automation width: the narrow ones come back as
+/// Integer or Long, the wide ones (64-bit, unsigned 32-bit, decimal) as Double.
+void numbersOfEveryWidth() {
+    Ref<IDispatch> items;
+    if (!ok(CoCreateInstance(CLSID_Collection, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                             reinterpret_cast<void**>(&items)),
+            "CoCreateInstance Caudalis.Collection")) {
+        return;
+    }
+    struct Width {
+        VARTYPE given;
+        double value;
+        VARTYPE expected;
+        const char* what;
+    };
+    const Width widths[] = {
+        {VT_I1, -3, VT_I2, "a signed byte comes back as an Integer"},
+        {VT_UI2, 60000, VT_I4, "an unsigned 16-bit number comes back as a Long"},
+        {VT_UI4, 4000000000.0, VT_R8, "an unsigned 32-bit number comes back as a Double"},
+        {VT_I8, 5000000000.0, VT_R8, "a 64-bit number comes back as a Double"},
+        {VT_DECIMAL, 2.5, VT_R8, "a decimal comes back as a Double"},
+    };
+    long index = 0;
+    for (const Width& width : widths) {
+        VARIANT number;
+        VariantInit(&number);
+        V_VT(&number) = VT_R8;
+        V_R8(&number) = width.value;
+        VariantChangeType(&number, &number, 0, width.given);
+        if (!ok(invoke(items.p, L"Add", {number}, nullptr), width.what)) {
+            continue;
+        }
+        VARIANT back;
+        ok(invoke(items.p, L"Item", {longVariant(++index)}, &back), width.what);
+        VARIANT asDouble;
+        VariantInit(&asDouble);
+        VariantChangeType(&asDouble, &back, 0, VT_R8);
+        check(V_VT(&back) == width.expected && V_R8(&asDouble) == width.value, width.what);
+        VariantClear(&back);
+    }
+}
+
 /// The Statics edge cases through the server.
 void staticsEdgeCases(_Statics* statics) {
     Ref<_Tramos> a;
@@ -839,6 +881,31 @@ void unregistered() {
     check(left == 0, "unregistration leaves no key behind");
 }
 
+/// A class object the host keeps holds the server in memory: it cannot be unloaded while one
+/// lives, and can once the last goes.
+void classObjectKeepsServer() {
+    IClassFactory* factory = nullptr;
+    if (!ok(CoGetClassObject(CLSID_Statics, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
+                             reinterpret_cast<void**>(&factory)),
+            "CoGetClassObject Caudalis.Statics")) {
+        return;
+    }
+    HMODULE server = GetModuleHandleW(L"Caudalis.dll");
+    using CanUnload = HRESULT(STDAPICALLTYPE*)();
+    const auto canUnload =
+        server
+            ? reinterpret_cast<CanUnload>(reinterpret_cast<void*>(GetProcAddress(server, "DllCanUnloadNow")))
+            : nullptr;
+    check(canUnload != nullptr, "the server is loaded and exports DllCanUnloadNow");
+    if (canUnload) {
+        check(canUnload() == S_FALSE, "a class object held keeps the server loaded");
+    }
+    factory->Release();
+    if (canUnload) {
+        check(canUnload() == S_OK, "without objects the server may be unloaded");
+    }
+}
+
 /// After `regsvr32 /n /i:user` the classes, interfaces and type library are registered for the
 /// current user (HKEY_CURRENT_USER\Software\Classes), and nothing machine-wide.
 void registeredForUser() {
@@ -880,6 +947,7 @@ int wmain(int argc, wchar_t** argv) {
         WideCharToMultiByte(CP_UTF8, 0, argv[2], -1, catalogue, MAX_PATH, nullptr, nullptr);
         WideCharToMultiByte(CP_UTF8, 0, argv[3], -1, project, MAX_PATH, nullptr, nullptr);
         WideCharToMultiByte(CP_UTF8, 0, argv[4], -1, reference, MAX_PATH, nullptr, nullptr);
+        classObjectKeepsServer();
         _Statics* statics = nullptr;
         const HRESULT hr = CoCreateInstance(CLSID_Statics, nullptr, CLSCTX_INPROC_SERVER, IID__Statics,
                                             reinterpret_cast<void**>(&statics));
@@ -887,6 +955,7 @@ int wmain(int argc, wchar_t** argv) {
             interfaceAsDescribed();
             staticsEdgeCases(statics);
             recordsAndErrors(statics);
+            numbersOfEveryWidth();
             design(statics, catalogue, project, reference);
             hostsOwnConnection(statics, project);
             statics->Release();

@@ -1,21 +1,7 @@
-' The automation server as a script host sees it. Run by cscript after Classes.vbs (the class
-' lists made from the interface description):
+' The automation server as a script host sees it. Run by cscript after Checks.vbs and
+' Classes.vbs (the class lists made from the interface description):
 '   cscript //nologo server.vbs WORKFOLDER [AMD64|x86]
-' WORKFOLDER holds catalogue.db and project.db. Every check is explicit; the script ends with
-' "N passed, N failed" and quits with the number of failures.
-
-Dim passed, failed
-passed = 0
-failed = 0
-
-Sub Check(ok, what)
-    If ok Then
-        passed = passed + 1
-    Else
-        failed = failed + 1
-        WScript.Echo "FAIL: " & what
-    End If
-End Sub
+' WORKFOLDER holds catalogue.db and project.db.
 
 Function Creates(progid)
     Dim o
@@ -78,7 +64,7 @@ Check D.Max(1, 2) = 2 And D.Min(1, 2) = 1, "Doubles.Max and Min"
 Check D.MaxValue > 1E+308, "Doubles.MaxValue"
 
 ' Arrays of the script's own, written back.
-Dim A, values, sliced
+Dim A, values, sliced, mismatch
 Set A = S.Arrays
 values = Array(10, 20)
 Check A.Length(values) = 2, "Arrays.Length of a two-element array"
@@ -93,6 +79,52 @@ If IsArray(values) Then
 End If
 Check A.IsEmpty(Empty) And Not A.HasAny(Empty), "an unallocated array is empty"
 
+' Arrays takes any value: one that holds no array counts as an unallocated array.
+Function Outcome(operation, value)
+    On Error Resume Next
+    Select Case operation
+        Case "Length"
+            Outcome = A.Length(value)
+        Case "IsEmpty"
+            Outcome = A.IsEmpty(value)
+        Case "HasAny"
+            Outcome = A.HasAny(value)
+        Case "First"
+            Outcome = TypeName(A.First(value))
+        Case "Last"
+            Outcome = TypeName(A.Last(value))
+        Case "Slice"
+            Outcome = A.Slice(value, 1, 1)
+    End Select
+    If Err.Number <> 0 Then Outcome = "error " & Err.Number
+    Err.Clear
+End Function
+Check Outcome("Length", "abc") = 0, "Arrays.Length(""abc"") is 0 (" & Outcome("Length", "abc") & ")"
+Check Outcome("Length", 5) = 0, "Arrays.Length(5) is 0 (" & Outcome("Length", 5) & ")"
+Check Outcome("Length", Null) = 0, "Arrays.Length(Null) is 0 (" & Outcome("Length", Null) & ")"
+Check Outcome("IsEmpty", "abc") = True, "Arrays.IsEmpty(""abc"") is True (" & Outcome("IsEmpty", "abc") & ")"
+Check Outcome("HasAny", 5) = False, "Arrays.HasAny(5) is False (" & Outcome("HasAny", 5) & ")"
+Check Outcome("First", Null) = "Empty", "Arrays.First(Null) is Empty (" & Outcome("First", Null) & ")"
+Check Outcome("Last", "abc") = "Empty", "Arrays.Last(""abc"") is Empty (" & Outcome("Last", "abc") & ")"
+Check Outcome("Slice", "abc") = "error 13", "Arrays.Slice of a text fails with error 13 (" & Outcome("Slice", "abc") & ")"
+' Length counts the elements whatever they hold, and the first dimension of a grid.
+Dim grid(2, 3)
+Check Outcome("Length", Array(Array(1, 2), "x", Empty)) = 3, "Arrays.Length of an array of arrays (" & Outcome("Length", Array(Array(1, 2), "x", Empty)) & ")"
+Check Outcome("Length", grid) = 3 And Outcome("HasAny", grid) = True, "Arrays.Length of a grid counts its first dimension (" & Outcome("Length", grid) & ")"
+Check Outcome("IsEmpty", Array()) = True, "an array without elements is empty"
+' An element that is itself an array cannot be read (13), nor a grid's (9).
+Check Outcome("Last", grid) = "error 9", "Arrays.Last of a grid raises 9 (" & Outcome("Last", grid) & ")"
+Check Outcome("First", Array(Array(1, 2), "x")) = "error 13", "Arrays.First of an array of arrays raises 13 (" & Outcome("First", Array(Array(1, 2), "x")) & ")"
+Dim pushed
+pushed = "abc"
+On Error Resume Next
+A.Push pushed, 7
+number = Err.Number
+Err.Clear
+On Error GoTo 0
+Check number = 0 And IsArray(pushed), "Push onto a text makes it an array (" & number & ")"
+If IsArray(pushed) Then Check LBound(pushed) = 1 And UBound(pushed) = 1 And pushed(1) = 7, "Push onto a text gives (7) from 1 to 1"
+
 ' Outlet addresses.
 Check S.CoordenadasSaidas Is S.CoordenadasSaidas, "CoordenadasSaidas is shared"
 
@@ -101,6 +133,19 @@ Dim R
 Set R = S.newReguladorPression(2, 140, 1.2, 0.2, True)
 Check R.pression = 140 And R.tramo = 2 And R.installed And R.maximum_caudal = 1.2 And R.minimum_caudal = 0.2, _
     "ReguladorPression properties"
+' An Integer argument past 32767 overflows (6), a text that is no number mismatches (13).
+Dim description
+On Error Resume Next
+Set R = S.newReguladorPression(40000, 1, 1, 1, True)
+number = Err.Number
+description = Err.Description
+Err.Clear
+Set R = S.newReguladorPression("two", 1, 1, 1, True)
+mismatch = Err.Number
+Err.Clear
+On Error GoTo 0
+Check number = 6 And description = "Overflow", "newReguladorPression(40000, ...) raises 6 Overflow (" & number & " " & description & ")"
+Check mismatch = 13, "newReguladorPression(""two"", ...) raises 13 (" & mismatch & ")"
 
 ' A statement builder.
 Dim T
@@ -388,7 +433,6 @@ source = Err.Source
 Err.Clear
 Dim parsed
 parsed = S.CoordenadasSaidas.Parse("left-right")
-Dim mismatch
 mismatch = Err.Number
 Err.Clear
 On Error GoTo 0
@@ -396,5 +440,111 @@ Check number = 9, "Collection.Item(7) raises error 9 (" & number & ")"
 Check source = "Caudalis", "the runtime error's source is Caudalis (" & source & ")"
 Check mismatch = 13, "parsing a text that is no outlet address raises error 13 (" & mismatch & ")"
 
-WScript.Echo passed & " passed, " & failed & " failed"
-WScript.Quit failed
+' The record set of Caudalis.Connection, as a macro reads it.
+Function Attempt(what)
+    ' Runs one statement on rs/con/fld and gives the error number (0 when it succeeds).
+    On Error Resume Next
+    Select Case what
+        Case "MoveNext"
+            rs.MoveNext
+        Case "MoveFirst"
+            rs.MoveFirst
+        Case "EOF"
+            Attempt = rs.EOF
+        Case "Count"
+            Attempt = rs.RecordCount
+        Case "Close"
+            rs.Close
+        Case "Fields"
+            Attempt = rs.Fields.Count
+        Case "missing"
+            Attempt = rs.Fields("missing").Value
+        Case "position"
+            Attempt = rs.Fields(3).Value
+        Case "name"
+            Attempt = rs.Fields("name").Value
+        Case "field"
+            Attempt = fld.Value
+        Case "con.Close"
+            con.Close
+        Case "con.Execute"
+            Set rs = con.Execute("SELECT 1 as n")
+        Case "con.BeginTrans"
+            con.BeginTrans
+    End Select
+    Attempt = Err.Number
+    Err.Clear
+End Function
+
+Dim fld, text
+Set con = CreateObject("Caudalis.Connection")
+con.Open project
+con.Execute "CREATE TABLE rows_check (id INTEGER PRIMARY KEY, name TEXT, size REAL)"
+con.Execute "INSERT INTO rows_check (id, name, size) VALUES (1, 'a', 1.5)"
+con.Execute "INSERT INTO rows_check (id, name, size) VALUES (2, 'b', 2.5)"
+con.Execute "INSERT INTO rows_check (id, name, size) VALUES (3, 'c', null)"
+Set rs = con.Execute("SELECT id, name, size FROM rows_check ORDER BY id")
+Check rs.Fields.Count = 3, "Fields.Count is the number of columns (" & rs.Fields.Count & ")"
+Check rs.RecordCount = 3, "RecordCount is the number of rows (" & rs.RecordCount & ")"
+Check Not rs.BOF And Not rs.EOF, "a record set with rows starts on its first row"
+Check rs.Fields.Item("name").Value = "a" And rs.Fields.Item(0).Value = 1, "Fields.Item by name and by position"
+Check rs.Fields("NAME").Value = "a" And rs.Fields(2).Value = 1.5 And rs("size") = 1.5, "Fields(name), Fields(position) and the default members"
+Check rs.Fields(1).Name = "name", "Field.Name (" & rs.Fields(1).Name & ")"
+text = ""
+For Each fld In rs.Fields
+    text = text & fld.Name & "=" & fld.Value & ";"
+Next
+Check text = "id=1;name=a;size=1.5;", "For Each walks the fields (" & text & ")"
+Set fld = rs.Fields("name")
+text = ""
+Do While Not rs.EOF
+    text = text & rs.Fields("id").Value & ":" & fld.Value & ":" & IsNull(rs.Fields("size").Value) & ";"
+    rs.MoveNext
+Loop
+Check text = "1:a:False;2:b:False;3:c:True;", "MoveNext walks every row and a Field follows it (" & text & ")"
+Check rs.EOF And Not rs.BOF, "after the last row EOF is True and BOF is not"
+Check Attempt("MoveNext") = 3021, "MoveNext at EOF raises 3021"
+Check Attempt("field") = 3021, "a field's value at EOF raises 3021"
+rs.MoveFirst
+Check Not rs.EOF And rs.Fields("id").Value = 1 And fld.Value = "a", "MoveFirst returns to the first row"
+Check Attempt("missing") = 3265, "an unknown field name raises 3265"
+Check Attempt("position") = 3265, "a field position past the last raises 3265"
+rs.Close
+Check Attempt("EOF") = 3704 And Attempt("Count") = 3704 And Attempt("Fields") = 3704, "a closed record set raises 3704"
+Check Attempt("field") = 3704 And Attempt("MoveFirst") = 3704, "a field of a closed record set raises 3704"
+Check Attempt("Close") = 3704, "closing a record set twice raises 3704"
+Set rs = con.Execute("SELECT id FROM rows_check WHERE id > 100")
+Check rs.EOF And rs.BOF And rs.RecordCount = 0, "a record set without rows is at EOF and BOF"
+Check Attempt("MoveFirst") = 3021 And Attempt("name") = 3265, "MoveFirst without rows raises 3021"
+Set rs = con.Execute("SELECT 1 as n, 2 as N")
+Check rs.Fields.Count = 2 And rs.Fields(1).Value = 1, "columns of one name all read the first of them (" & rs.Fields(1).Value & ")"
+Set rs = con.Execute("UPDATE rows_check SET name = 'd' WHERE id = 3")
+Check rs.EOF And rs.BOF And rs.Fields.Count = 0, "a statement without rows gives an empty record set"
+' The record set keeps its rows after its connection closes; the connection refuses everything.
+Set rs = con.Execute("SELECT id, name FROM rows_check ORDER BY id DESC")
+con.Close
+Check rs.RecordCount = 3 And rs.Fields("name").Value = "d", "a record set stays readable after its connection closes"
+Check Attempt("con.Close") = 3704, "closing a connection twice raises 3704"
+Check Attempt("con.Execute") = 3704 And Attempt("con.BeginTrans") = 3704, "a closed connection raises 3704"
+Check rs.Fields("name").Value = "d", "a refused Execute leaves the record set as it was"
+con.Open project
+Check con.Execute("SELECT count(*) as n FROM rows_check").Fields("n").Value = 3, "a closed connection opens again"
+' Closing twice, reading after closing and letting go in every order, many times over.
+Dim round, closedErrors
+closedErrors = 0
+For round = 1 To 25
+    Set rs = con.Execute("SELECT id FROM rows_check")
+    If round Mod 2 = 0 Then rs.Close
+    con.Close
+    If Attempt("con.Close") = 3704 Then closedErrors = closedErrors + 1
+    If round Mod 3 = 0 Then Set con = Nothing: Set con = CreateObject("Caudalis.Connection")
+    If round Mod 2 = 1 Then Set rs = Nothing
+    con.Open project
+Next
+con.Close
+Check closedErrors = 25, "every second Close raised 3704 (" & closedErrors & " of 25)"
+Set con = Nothing
+Set rs = Nothing
+Set fld = Nothing
+
+Finish

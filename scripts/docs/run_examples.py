@@ -4,7 +4,8 @@ data/ beside them), with the built `caudalis` first on PATH and the built Python
 
   ```sh / ```bash   run with bash -e; must succeed
   ```console        "$ command" lines run; the other lines are the output shown (abridged where
-                    a line is "..."): each must be an output line, in order
+                    a line is "..."; "..." within a line stands for any text): each must
+                    be an output line, in order
   ```python         run in one namespace per page, in order
   ```json           must parse; with <!-- docs-test: file NAME --> just before, saved as NAME
   other fences      with <!-- docs-test: file NAME --> saved as NAME, else shown only
@@ -99,7 +100,8 @@ def run_console(block, folder, env, where):
     output = run_shell("\n".join(commands_shown), folder, env, where).splitlines()
     position = 0
     for line in (e for e in expected if e.strip() not in ("...", "…", "")):
-        while position < len(output) and output[position].rstrip() != line:
+        shown = re.compile(".*".join(re.escape(part) for part in line.split("...")) + "$")
+        while position < len(output) and not shown.match(output[position].rstrip()):
             position += 1
         if position == len(output):
             raise Failure(f"{where}: the output shown has a line the program did not print (in this order):\n{line}")

@@ -167,7 +167,7 @@ def main():
                 failures.append(str(failure))
                 status = "FAILED"
         blocks += len(FENCE.findall(page.read_text(encoding="utf-8")))
-        print(f"{page.relative_to(source)}: {status}", flush=True)
+        print(f"{page.relative_to(source) if page.is_relative_to(source) else page}: {status}", flush=True)
     print(f"{blocks} code blocks in {len(pages(source, sys.argv[4:]))} pages")
     for failure in failures:
         print(failure, file=sys.stderr)

@@ -2,7 +2,8 @@
 
 import re
 import subprocess
-import sys
+
+import pagefile
 
 SUBCOMMANDS = re.compile(r"^Subcommands:\n((?:  \S.*\n?)+)", re.MULTILINE)
 
@@ -42,11 +43,5 @@ def page(program):
     return "\n".join(out)
 
 
-def main():
-    program, target = sys.argv[1], sys.argv[2]
-    with open(target, "w", encoding="utf-8") as output:
-        output.write(page(program))
-
-
 if __name__ == "__main__":
-    main()
+    pagefile.main(page)

@@ -3,7 +3,8 @@ protected sections left out."""
 
 import pathlib
 import re
-import sys
+
+import pagefile
 
 ACCESS = re.compile(r"^(\s*)(public|private|protected):\s*$")
 HIDDEN = ("#pragma once",)
@@ -54,10 +55,5 @@ def page(include_dir):
     return "\n".join(out)
 
 
-def main():
-    with open(sys.argv[2], "w", encoding="utf-8") as output:
-        output.write(page(sys.argv[1]))
-
-
 if __name__ == "__main__":
-    main()
+    pagefile.main(page)

@@ -3,7 +3,8 @@ and their comments in the headers, the standard texts in the sources."""
 
 import pathlib
 import re
-import sys
+
+import pagefile
 
 CODE = re.compile(r"^\s*(\w+)\s*=\s*ObjectErrorBase\s*\+\s*(\d+),")
 ENUM = re.compile(r"^enum class (\w+)")
@@ -78,10 +79,5 @@ def page(root):
     return "\n".join(out)
 
 
-def main():
-    with open(sys.argv[2], "w", encoding="utf-8") as output:
-        output.write(page(sys.argv[1]))
-
-
 if __name__ == "__main__":
-    main()
+    pagefile.main(page)

@@ -70,12 +70,12 @@ def caudalis_invocations(block):
 def check_options(arguments, table, where):
     path, allowed = (), set(table[()][0])
     for word in arguments:
-        options, subs = table[path]
+        subs = table[path][1]
         if word.startswith("-"):
             name = word.split("=")[0]
             if name not in allowed:
                 raise Failure(f"{where}: `caudalis {' '.join(path)}` has no option {name}")
-        elif word in subs and not any(a.startswith("-") for a in arguments[: arguments.index(word)] if False):
+        elif word in subs:
             path = (*path, word)
             allowed |= table[path][0]
     if path == () and arguments and arguments[0] not in ("--help", "-h", "--version"):

@@ -12,6 +12,9 @@ if(Python3_Interpreter_FOUND AND TARGET caudalis_app AND TARGET caudalis_python 
     COMMAND ${Python3_EXECUTABLE} -m pytest -q -p no:cacheprovider ${PROJECT_SOURCE_DIR}/scripts/docs/test_run_examples.py)
   add_test(NAME Docs.SiteBuildsStrict
     COMMAND bash ${PROJECT_SOURCE_DIR}/scripts/build-docs.sh ${PROJECT_BINARY_DIR})
-  set_tests_properties(Docs.EveryCodeBlockRuns Docs.RunnerCatchesDrift Docs.SiteBuildsStrict
+  set_tests_properties(Docs.RunnerCatchesDrift Docs.SiteBuildsStrict
     PROPERTIES ENVIRONMENT "${CAUDALIS_DOCS_ENVIRONMENT}")
+  # The office how-to's commands run on the throwaway PostgreSQL server of the persistence tests.
+  set_tests_properties(Docs.EveryCodeBlockRuns PROPERTIES FIXTURES_REQUIRED postgresql
+    ENVIRONMENT "${CAUDALIS_DOCS_ENVIRONMENT};CAUDALIS_TEST_POSTGRESQL=${PROJECT_BINARY_DIR}/tests/postgresql-server.state")
 endif()

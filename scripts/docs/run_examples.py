@@ -12,8 +12,9 @@ data/ beside them), with the built `caudalis` first on PATH and the built Python
 
 <!-- docs-test: skip REASON --> just before a block shows it without running it (a server, root,
 Windows); <!-- docs-test: setup COMMANDS --> runs COMMANDS first (files the reader brings, such as
-the crew's own readings, taken from examples/). In every block, run or not, each `caudalis` command line is checked against the program's
-own --help: an unknown command or option fails the test.
+the crew's own readings, taken from examples/). In every block, run or not, and in the commands
+quoted in the prose (`caudalis design FILE --save NAME`), each `caudalis` command line is checked
+against the program's own --help: an unknown command or option fails the test.
 
 Usage: run_examples.py PROGRAM SOURCE-DIR PYTHON-PATH [PAGE...]
 """
@@ -32,8 +33,9 @@ import tempfile
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 import commands  # noqa: E402
 
-FENCE = re.compile(r"^(?:<!-- docs-test: (skip|file|setup) ?([^>]*?) -->\n)?```([\w-]*)\n(.*?)^```\s*$", re.S | re.M)
+FENCE = re.compile(r"^(?:<!-- docs-test: (skip|file|setup) ?([^\n]*?) -->\n)?```([\w-]*)\n(.*?)^```\s*$", re.S | re.M)
 OPTION_LINE = re.compile(r"^  (-\S+)", re.M)
+INLINE = re.compile(r"`(caudalis [^`]*)`")
 
 
 class Failure(Exception):
@@ -82,7 +84,28 @@ def check_options(arguments, table, where):
         raise Failure(f"{where}: unknown command in `caudalis {' '.join(arguments)}`")
 
 
+def check_inline(text, table, where):
+    """Command lines quoted in the prose (`caudalis evaluate show ID [--json]`): optional parts in
+    brackets and alternatives with | count as written."""
+    for match in INLINE.finditer(FENCE.sub("", text)):
+        words = re.sub(r"[\[\]|]|\.\.\.", " ", match.group(1)).split()
+        line = text.count("\n", 0, text.find(match.group(0))) + 1
+        check_options(words[1:], table, f"{where} (line {line}, `{' '.join(match.group(1).split())}`)")
+
+
+def postgresql_server():
+    """libpq's variables for the tests' throwaway PostgreSQL server (ctest's fixture writes the
+    state file CAUDALIS_TEST_POSTGRESQL names: its folder, then its port), or none."""
+    state = os.environ.get("CAUDALIS_TEST_POSTGRESQL")
+    if not state:
+        return {}
+    port = pathlib.Path(state).read_text(encoding="utf-8").split("\n")[1].strip()
+    return {"PGHOST": "127.0.0.1", "PGPORT": port, "PGUSER": "caudalis", "PGDATABASE": "postgres"}
+
+
 def run_shell(code, folder, env, where):
+    if "postgresql://" in code and "PGPORT" not in env:
+        raise Failure(f"{where}: needs the tests' PostgreSQL server: run it through ctest, which starts one")
     run = subprocess.run(["bash", "-e", "-o", "pipefail", "-c", code], cwd=folder, env=env,
                          capture_output=True, text=True, timeout=300)
     if run.returncode != 0:
@@ -111,6 +134,7 @@ def run_console(block, folder, env, where):
 def run_page(page, table, folder, env):
     namespace = {"__name__": "docs"}
     text = page.read_text(encoding="utf-8")
+    check_inline(text, table, page.name)
     for number, match in enumerate(FENCE.finditer(text), start=1):
         directive, argument, language, block = match.groups()
         where = f"{page.name} block {number} (line {text.count(chr(10), 0, match.start()) + 1})"
@@ -152,6 +176,7 @@ def main():
     table = command_table(str(program))
     env = dict(os.environ, PATH=f"{program.parent}:{os.environ['PATH']}", PYTHONPATH=python_path,
                CAUDALIS_DATA_DIR=str(source / "data"), MPLBACKEND="Agg", PYTHONDONTWRITEBYTECODE="1")
+    env.update(postgresql_server())
     os.environ.update(MPLBACKEND="Agg", CAUDALIS_CLI=str(program))
     sys.path.insert(0, python_path)
     failures, blocks = [], 0

@@ -59,3 +59,16 @@ def test_a_python_block_that_raises_fails(tmp_path):
     done = run(tmp_path, "```python\nimport caudalis\ncaudalis.design('missing.json')\n```\n")
     assert done.returncode == 1
     assert "page.md block 1" in done.stderr
+
+
+def test_an_unknown_option_in_the_prose_fails(tmp_path):
+    done = run(tmp_path, "Print it with `caudalis design FILE [--plot PNG]`.\n")
+    assert done.returncode == 1
+    assert "line 1, `caudalis design FILE [--plot PNG]`" in done.stderr and "has no option --plot" in done.stderr
+
+
+def test_a_postgresql_example_without_the_server_fails_and_says_why(tmp_path):
+    os.environ.pop("CAUDALIS_TEST_POSTGRESQL", None)
+    done = run(tmp_path, "```sh\ncaudalis init --project 'postgresql://?schema=project'\n```\n")
+    assert done.returncode == 1
+    assert "needs the tests' PostgreSQL server" in done.stderr

@@ -1,6 +1,7 @@
 """Runs every command and code block of README.md and docs/ so that they cannot drift from the
-program: each page in a scratch folder of its own (new databases, the repository's examples/ and
-data/ beside them), with the built `caudalis` first on PATH and the built Python package importable.
+program: each page in a scratch folder of its own, which is also $HOME (new databases; the
+repository's examples/ and data/ and the build tree as build/ beside them), with the built
+`caudalis` first on PATH and the built Python package importable.
 
   ```sh / ```bash   run with bash -e; must succeed
   ```console        "$ command" lines run; the other lines are the output shown (abridged where
@@ -16,7 +17,7 @@ the crew's own readings, taken from examples/). In every block, run or not, and 
 quoted in the prose (`caudalis design FILE --save NAME`), each `caudalis` command line is checked
 against the program's own --help: an unknown command or option fails the test.
 
-Usage: run_examples.py PROGRAM SOURCE-DIR PYTHON-PATH [PAGE...]
+Usage: run_examples.py BUILD-DIR SOURCE-DIR [PAGE...]
 """
 
 import contextlib
@@ -171,8 +172,8 @@ def pages(source, chosen):
 
 
 def main():
-    program, source = pathlib.Path(sys.argv[1]).resolve(), pathlib.Path(sys.argv[2]).resolve()
-    python_path = str(pathlib.Path(sys.argv[3]).resolve())
+    build, source = pathlib.Path(sys.argv[1]).resolve(), pathlib.Path(sys.argv[2]).resolve()
+    program, python_path = build / "apps" / "caudalis" / "caudalis", str(build / "python")
     table = command_table(str(program))
     env = dict(os.environ, PATH=f"{program.parent}:{os.environ['PATH']}", PYTHONPATH=python_path,
                CAUDALIS_DATA_DIR=str(source / "data"), MPLBACKEND="Agg", PYTHONDONTWRITEBYTECODE="1")
@@ -180,11 +181,13 @@ def main():
     os.environ.update(MPLBACKEND="Agg", CAUDALIS_CLI=str(program))
     sys.path.insert(0, python_path)
     failures, blocks = [], 0
-    for page in pages(source, sys.argv[4:]):
+    for page in pages(source, sys.argv[3:]):
         with tempfile.TemporaryDirectory(prefix="caudalis-docs-") as scratch:
             folder = pathlib.Path(scratch)
             for name in ("examples", "data"):
                 (folder / name).symlink_to(source / name)
+            (folder / "build").symlink_to(build)
+            env["HOME"] = scratch
             try:
                 run_page(page, table, folder, env)
                 status = "ok"
@@ -193,7 +196,7 @@ def main():
                 status = "FAILED"
         blocks += len(FENCE.findall(page.read_text(encoding="utf-8")))
         print(f"{page.relative_to(source) if page.is_relative_to(source) else page}: {status}", flush=True)
-    print(f"{blocks} code blocks in {len(pages(source, sys.argv[4:]))} pages")
+    print(f"{blocks} code blocks in {len(pages(source, sys.argv[3:]))} pages")
     for failure in failures:
         print(failure, file=sys.stderr)
     return 1 if failures else 0

@@ -10,14 +10,13 @@ import pytest
 
 HERE = pathlib.Path(__file__).parent
 SOURCE = HERE.parent.parent
-PROGRAM = os.environ["CAUDALIS_CLI"]
-PYTHON_PATH = os.environ["PYTHONPATH"]
+BUILD = pathlib.Path(os.environ["PYTHONPATH"]).parent
 
 
 def run(tmp_path, text):
     page = tmp_path / "page.md"
     page.write_text(text, encoding="utf-8")
-    return subprocess.run([sys.executable, str(HERE / "run_examples.py"), PROGRAM, str(SOURCE), PYTHON_PATH, str(page)],
+    return subprocess.run([sys.executable, str(HERE / "run_examples.py"), str(BUILD), str(SOURCE), str(page)],
                           capture_output=True, text=True)
 
 

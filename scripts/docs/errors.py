@@ -56,7 +56,7 @@ def page(root):
         "`caudalis::Error` (C++), `caudalis.Error` (Python) or an automation error with source",
         "\"Caudalis\" (Windows) carrying the number and a description. The library's own codes are",
         "`vbObjectError + n` (`ObjectErrorBase` = 0x80040000 + n; in VBA `vbObjectError + 1000`).",
-        "The command line's messages and exit codes: [The command line](cli.md#exit-codes).",
+        "The command line's messages and exit codes: [The command line](cli.md#messages-and-exit-codes).",
         "",
         "## The library's own codes",
         "",

@@ -15,7 +15,8 @@ repository's examples/ and data/ and the build tree as build/ beside them), with
 Windows); <!-- docs-test: setup COMMANDS --> runs COMMANDS first (files the reader brings, such as
 the crew's own readings, taken from examples/). In every block, run or not, and in the commands
 quoted in the prose (`caudalis design FILE --save NAME`), each `caudalis` command line is checked
-against the program's own --help: an unknown command or option fails the test.
+against the program's own --help: an unknown command or option fails the test. An option quoted on
+its own in the prose (`--report FILE`) must be an option of some command.
 
 Usage: run_examples.py BUILD-DIR SOURCE-DIR [PAGE...]
 """
@@ -37,6 +38,7 @@ import commands  # noqa: E402
 FENCE = re.compile(r"^(?:<!-- docs-test: (skip|file|setup) ?([^\n]*?) -->\n)?```([\w-]*)\n(.*?)^```\s*$", re.S | re.M)
 OPTION_LINE = re.compile(r"^  (-\S+)", re.M)
 INLINE = re.compile(r"`(caudalis [^`]*)`")
+INLINE_OPTION = re.compile(r"`(--[a-z][\w-]*)[ =`]")
 
 
 class Failure(Exception):
@@ -92,6 +94,10 @@ def check_inline(text, table, where):
         words = re.sub(r"[\[\]|]|\.\.\.", " ", match.group(1)).split()
         line = text.count("\n", 0, text.find(match.group(0))) + 1
         check_options(words[1:], table, f"{where} (line {line}, `{' '.join(match.group(1).split())}`)")
+    every_option = set().union(*(options for options, _ in table.values()))
+    for match in INLINE_OPTION.finditer(FENCE.sub("", text)):
+        if match.group(1) not in every_option:
+            raise Failure(f"{where}: no command of the program has the option {match.group(1)} (`{match.group(1)} ...`)")
 
 
 def postgresql_server():

@@ -71,3 +71,9 @@ def test_a_postgresql_example_without_the_server_fails_and_says_why(tmp_path):
     done = run(tmp_path, "```sh\ncaudalis init --project 'postgresql://?schema=project'\n```\n")
     assert done.returncode == 1
     assert "needs the tests' PostgreSQL server" in done.stderr
+
+
+def test_an_option_quoted_alone_that_no_command_has_fails(tmp_path):
+    done = run(tmp_path, "and `--plot FILE.png` draws the plots.\n")
+    assert done.returncode == 1
+    assert "no command of the program has the option --plot" in done.stderr

@@ -16,7 +16,7 @@ def unlink_outside(page, site):
 
     def replace(match):
         target = (page.parent / match.group(2)).resolve()
-        if target.is_relative_to(site.resolve()) and target.exists():
+        if target.is_relative_to(site.resolve()):  # MkDocs checks these (--strict)
             return match.group(0)
         repository_path = pathlib.Path(match.group(2)).as_posix().lstrip("./")
         return f"{match.group(1)} (`{repository_path}` in the repository)"

@@ -65,7 +65,10 @@ TEST_F(ProgramEvaluateTest, TwoPassesInOneFile) {
     expectPercent(together["du_lq_percent"]);
     expectPercent(together["cu_moving_average_percent"]);
     expectPercent(figures["lines_mean"]["cu_hh_percent"]);
-    EXPECT_GT(together["scheduling_coefficient"].get<double>(), 1);
+    EXPECT_GT(together["scheduling_coefficient_5_percent"].get<double>(), 1);
+    EXPECT_GE(together["scheduling_coefficient_1_percent"].get<double>(),
+              together["scheduling_coefficient_5_percent"].get<double>());
+    EXPECT_GT(together["mean_over_low_quarter_mean"].get<double>(), 1);
     EXPECT_TRUE(figures["comparison"].is_null());
     // The can at 230 m of the first line caught 30 % less.
     ASSERT_EQ(figures["outliers"].size(), 1u);

@@ -94,6 +94,17 @@ void checkRegulators(const DesignResult& result, const Figures& figures, Finding
                  figures.pressure((*high)->outlet.pressao_real), figures.pressure(rating),
                  figures.pressure(result.design.regulation.marginKpa))});
     }
+    if (!result.figuresAtPipePressure.empty()) {
+        std::string changed;
+        for (const auto& figure : result.figuresAtPipePressure) {
+            changed += (changed.empty() ? "" : ", ") + figure;
+        }
+        findings.push_back(
+            {Severity::Warning, "figures-at-pipe-pressure",
+             "regulators rated above the pipe pressure cannot raise it: the design gives " + changed +
+                 " at the pressure the pipe gives there, not at the regulators' ratings (the pipe "
+                 "pressures are the march's)"});
+    }
 }
 
 bool outOfRange(const OutletResult& row) {

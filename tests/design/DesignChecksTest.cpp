@@ -7,6 +7,7 @@
 #include "caudalis/design/DesignFile.hpp"
 #include "caudalis/design/DesignRunner.hpp"
 #include "caudalis/design/InMemoryNozzleSource.hpp"
+#include "caudalis/design/StarvedRegulators.hpp"
 
 using namespace caudalis;
 using namespace caudalis::design;
@@ -161,4 +162,49 @@ TEST(DesignChecks, AMachineThatAppliesNoWaterHasNoUniformity) {
                                   [](const Finding& f) { return f.code == "low-uniformity"; });
     ASSERT_NE(low, findings.end());
     EXPECT_EQ(low->message, "the uniformity cannot be computed: the machine applies no water");
+}
+
+TEST(DesignChecks, StarvedRegulatorsGiveTheFiguresOfThePipePressure) {
+    // 43 psi typed as kPa at the inlet, 103 kPa regulators on every span: the march lets every
+    // regulated outlet act at 103 kPa on a pipe of far less.
+    auto design = example("realistic");
+    design.inletPressureKpa = 43;
+    regulateEverySpan(design, 103);
+    const auto result = run(design);
+    const auto* finding = findingOf(result, "figures-at-pipe-pressure");
+    ASSERT_NE(finding, nullptr);
+    EXPECT_EQ(finding->severity, Severity::Warning);
+    EXPECT_NE(finding->message.find("delivered flow, depth per revolution, CU, DU"), std::string::npos)
+        << finding->message;
+    ASSERT_FALSE(result.figuresAtPipePressure.empty());
+    long reworked = 0;
+    double delivered = 0;
+    for (const auto& row : result.outlets) {
+        delivered += row.outlet.caudal_do_aspersor;
+        if (!row.regulatorKpa) {
+            continue;
+        }
+        // No outlet acts above the pipe pressure, nor above its regulator's rating.
+        EXPECT_LE(row.outlet.pressao_actuante, std::max(0.0, row.outlet.pressao_real) + 1e-9);
+        EXPECT_LE(row.outlet.pressao_actuante, *row.regulatorKpa);
+        reworked += row.outlet.pressao_actuante < *row.regulatorKpa ? 1 : 0;
+    }
+    EXPECT_GT(reworked, 100);
+    EXPECT_NE(result.figuresAtPipePressure.front().find(std::to_string(reworked) + " outlets"),
+              std::string::npos);
+    // The summary's delivered flow is the outlets' flows, no longer the march's total.
+    EXPECT_NEAR(result.summary.computedFlowLps, delivered, 1e-9);
+    // The library's record keeps the march as it is: its regulated outlets act at the rating.
+    EXPECT_DOUBLE_EQ(result.machine.Tramos(2).Saidas(1).pressao_actuante, 103);
+}
+
+TEST(DesignChecks, RegulatorsThePipeFeedsChangeNoFigure) {
+    auto design = example("small");
+    regulateEverySpan(design, 100);
+    const auto result = run(design);
+    EXPECT_TRUE(result.figuresAtPipePressure.empty());
+    EXPECT_EQ(findingOf(result, "figures-at-pipe-pressure"), nullptr);
+    EXPECT_DOUBLE_EQ(StarvedRegulators::actingPressure(103, 35), 35);
+    EXPECT_DOUBLE_EQ(StarvedRegulators::actingPressure(103, 140), 103);
+    EXPECT_DOUBLE_EQ(StarvedRegulators::actingPressure(103, -12), 0);
 }

@@ -104,6 +104,9 @@ struct DesignResult {
     pivot machine;
     /// Pipe pressures, ground, timer table, depth per revolution, runoff, application profile.
     DesignAnalysis analysis;
+    /// The figures the design service gives at the pressure the pipe gives rather than at the
+    /// regulators' ratings, where regulators cannot reach theirs (`StarvedRegulators`).
+    std::vector<std::string> figuresAtPipePressure;
     /// The chart of the chosen nozzles with the design's accessories, ready to be stored.
     std::shared_ptr<CartaAspersores> chart;
 

@@ -8,6 +8,7 @@
 
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/design/Limits.hpp"
+#include "caudalis/design/PlausibilityChecks.hpp"
 #include "caudalis/design/ReportLabels.hpp"
 
 namespace caudalis::design {
@@ -188,7 +189,7 @@ void checkDischarge(const DesignResult& result, const Figures& figures, Findings
 void checkUniformity(const DesignResult& result, Findings& findings) {
     const auto& cu = result.summary.uniformityCoefficient;
     const double minimum = result.design.checks.minimumUniformityPercent;
-    if (!cu) {
+    if (!cu && !result.summary.uniformityBelowZero) {
         findings.push_back({Severity::Warning, "low-uniformity",
                             "the uniformity cannot be computed: the machine applies no water"});
     } else if (*cu < minimum) {
@@ -212,6 +213,8 @@ std::vector<Finding> DesignChecks::check(const DesignResult& result, const Units
     checkDischarge(result, figures, findings);
     checkUniformity(result, findings);
     checkNearestSizes(result, findings);
+    const auto plausibility = PlausibilityChecks::check(result, units);
+    findings.insert(findings.end(), plausibility.begin(), plausibility.end());
     std::stable_sort(findings.begin(), findings.end(),
                      [](const Finding& a, const Finding& b) { return a.severity < b.severity; });
     return findings;

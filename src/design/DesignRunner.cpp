@@ -177,6 +177,7 @@ DesignSummary DesignRunner::summarise(PivotWrapper& wrapper, DesignResult& resul
     summary.depthMm = Uniformity::meanDepth(actual);
     summary.idealDepthMm = Uniformity::meanDepth(ideal);
     summary.uniformityCoefficient = Uniformity::heermannHein(actual);
+    summary.uniformityBelowZero = Uniformity::heermannHeinFormula(actual).value_or(0) < 0;
     summary.idealUniformityCoefficient = Uniformity::heermannHein(ideal);
     summary.lowQuarterUniformity = Uniformity::lowQuarter(actual);
     summary.idealLowQuarterUniformity = Uniformity::lowQuarter(ideal);

@@ -40,6 +40,7 @@ void StarvedRegulators::reassessSummary(DesignResult& result, double flowChangeL
     summary.computedFlowLps += flowChangeLps;
     summary.depthMm = Uniformity::meanDepth(depths);
     summary.uniformityCoefficient = Uniformity::heermannHein(depths);
+    summary.uniformityBelowZero = Uniformity::heermannHeinFormula(depths).value_or(0) < 0;
     summary.lowQuarterUniformity = Uniformity::lowQuarter(depths);
 }
 

@@ -107,6 +107,8 @@ TEST_F(FieldEvaluationStoreTest, VolumesKeepTheirGaugeAndOtherHostsEvaluationsAr
     const auto listed = store.list();
     ASSERT_EQ(listed.size(), 2u);
     EXPECT_FALSE(listed[0].cuHeermannHein);
-    EXPECT_TRUE(listed[1].cuHeermannHein);
+    EXPECT_EQ(listed[1].name, "Field 7");
+    // One full collector and one dry: the Heermann-Hein formula falls below 0, no CU is kept.
+    EXPECT_FALSE(listed[1].cuHeermannHein);
     EXPECT_TRUE(store.find(1)->figures.empty());
 }

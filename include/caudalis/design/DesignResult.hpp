@@ -76,6 +76,8 @@ struct DesignSummary {
     std::optional<double> idealDepthMm;
     std::vector<PeakRate> peakRates;
     std::optional<double> uniformityCoefficient;
+    /// The depths are so uneven that the Heermann-Hein formula falls below 0: no CU is given.
+    bool uniformityBelowZero = false;
     std::optional<double> idealUniformityCoefficient;
     std::optional<double> lowQuarterUniformity;
     std::optional<double> idealLowQuarterUniformity;

@@ -40,11 +40,6 @@ ReportSection tableOrNone(std::string heading, ReportTable table, std::string no
     return ReportSection{std::move(heading), {std::move(table)}};
 }
 
-std::string lineName(const FieldReadings& readings, int line) {
-    const auto index = static_cast<std::size_t>(line - 1);
-    return index < readings.lineNames.size() ? readings.lineNames[index] : std::to_string(line);
-}
-
 std::string collectorLabel(const FieldReading& reading) {
     return reading.collector.empty() ? "-" : reading.collector;
 }
@@ -231,7 +226,7 @@ ReportSection EvaluationPrintout::depthPlot(const EvaluationPrintoutInput& input
     ReportPlot plot{"Depth caught along the radius", "distance from the centre (m)", "depth (mm)", "", {}};
     for (std::size_t i = 0; i < plotted.lines.size(); ++i) {
         if (!plotted.lines[i].empty()) {
-            plot.series.push_back(series("line " + lineName(input.readings, static_cast<int>(i + 1)),
+            plot.series.push_back(series("line " + input.readings.lineName(static_cast<int>(i + 1)),
                                          plotted.lines[i], SeriesStyle::Points));
         }
     }
@@ -303,7 +298,7 @@ ReportSection EvaluationPrintout::leftOut(const FieldEvaluationResult& result) {
     for (const auto& excluded : result.excluded) {
         const auto& reading = excluded.reading;
         table.rows.push_back(
-            {std::to_string(reading.line), collectorLabel(reading), metres(reading.sample.distanceFromCenter),
+            {result.lineName(reading.line), collectorLabel(reading), metres(reading.sample.distanceFromCenter),
              UnitText::fixed(reading.sample.collectedAmount, 2), reasonText(excluded), where(reading)});
     }
     return tableOrNone("Collectors left out", std::move(table), "None: every reading counts.");
@@ -315,7 +310,7 @@ ReportSection EvaluationPrintout::outliers(const FieldEvaluationResult& result) 
     table.numericColumns = {false, false, true, true, true, false};
     for (const auto& outlier : result.outliers) {
         const auto& reading = outlier.reading;
-        table.rows.push_back({std::to_string(reading.line), collectorLabel(reading),
+        table.rows.push_back({result.lineName(reading.line), collectorLabel(reading),
                               metres(reading.depth.distanceFromCenter), millimetres(reading.depth.depth),
                               (outlier.deviationPercent > 0 ? "+" : "") + percent(outlier.deviationPercent),
                               where(reading)});
@@ -386,7 +381,7 @@ ReportSection EvaluationPrintout::collectors(const EvaluationPrintoutInput& inpu
     }
     for (const auto& reading : input.readings.readings) {
         std::vector<std::string> row{
-            lineName(input.readings, reading.line), collectorLabel(reading),
+            input.readings.lineName(reading.line), collectorLabel(reading),
             metres(reading.sample.distanceFromCenter),
             reading.depth.p_null ? std::string("-") : millimetres(reading.depth.depth)};
         if (designed) {

@@ -217,7 +217,8 @@ void CommandLine::evaluateReadings() {
     if (o.saveEvaluation) {
         store.requireNameIsFree(name);
     }
-    EvaluationOutcome outcome{name, ReadingsFile::load(o.readingsPaths, o.gaugeDiameterM, o.readingsTest), {}, {}, {}};
+    EvaluationOutcome outcome{
+        name, ReadingsFile::load(o.readingsPaths, o.gaugeDiameterM, o.readingsTest), {}, {}, {}};
     design::FieldEvaluationSettings settings;
     settings.innerRadiusM = o.innerRadiusM;
     settings.lastSpanEndM = o.lastSpanEndM;

@@ -14,7 +14,8 @@ std::optional<std::pair<std::string, double>> EvaluationDesign::catalogueDiamete
     std::map<Long, std::string> names;
     for (const auto& row : result.outlets) {
         const auto& nozzle = row.outlet.obj_aspersor;
-        if (row.place != design::OutletPlace::EndGun && nozzle && wettedDiameters.count(nozzle->modelo().id)) {
+        if (row.place != design::OutletPlace::EndGun && nozzle &&
+            wettedDiameters.count(nozzle->modelo().id)) {
             ++fitted[nozzle->modelo().id];
             names[nozzle->modelo().id] = nozzle->marca().nome + " " + nozzle->modelo().nome;
         }

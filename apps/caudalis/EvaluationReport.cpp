@@ -108,18 +108,18 @@ void EvaluationReport::writeFigures(std::ostream& out, const design::FieldEvalua
 
 void EvaluationReport::writeReadingNotes(std::ostream& out, const design::FieldEvaluationResult& result) {
     for (const auto& excluded : result.excluded) {
-        fmt::print(out, "  left out: line {}{} {:g} at {:g} m, {} ({})\n", result.lineName(excluded.reading.line),
-                   collectorName(excluded.reading), excluded.reading.sample.collectedAmount,
-                   excluded.reading.sample.distanceFromCenter, EvaluationPrintout::reasonText(excluded),
-                   where(excluded.reading));
+        fmt::print(out, "  left out: line {}{} {:g} at {:g} m, {} ({})\n",
+                   result.lineName(excluded.reading.line), collectorName(excluded.reading),
+                   excluded.reading.sample.collectedAmount, excluded.reading.sample.distanceFromCenter,
+                   EvaluationPrintout::reasonText(excluded), where(excluded.reading));
     }
     fmt::print(out, "Collectors more than {:g} % off the mean: {}\n", result.settings.outlierPercent,
                result.outliers.size());
     for (const auto& outlier : result.outliers) {
         fmt::print(out, "  line {}{} at {:>8.2f} m: {:>8.2f} mm ({:+.1f} %)  {}\n",
-                   result.lineName(outlier.reading.line),
-                   collectorName(outlier.reading), outlier.reading.depth.distanceFromCenter,
-                   outlier.reading.depth.depth, outlier.deviationPercent, where(outlier.reading));
+                   result.lineName(outlier.reading.line), collectorName(outlier.reading),
+                   outlier.reading.depth.distanceFromCenter, outlier.reading.depth.depth,
+                   outlier.deviationPercent, where(outlier.reading));
     }
 }
 
@@ -255,7 +255,8 @@ void EvaluationReport::writeStored(std::ostream& out, const design::StoredFieldE
     const auto names = StoredFigureText::lineNames(stored.figures);
     line(out, "Readings",
          fmt::format("{} on line {}, {} on line {}", evaluation.firstSample.count(),
-                     design::lineNameOf(names, 1), evaluation.secondSample.count(), design::lineNameOf(names, 2)));
+                     design::lineNameOf(names, 1), evaluation.secondSample.count(),
+                     design::lineNameOf(names, 2)));
     if (stored.figures.empty()) {
         fmt::print(out, "  (stored without figures)\n");
     }

@@ -63,10 +63,9 @@ std::optional<std::pair<std::string, int>> StoredFigureText::knownLabel(const st
 std::pair<std::string, std::string> StoredFigureText::labelled(const design::StoredFigure& figure) {
     if (figure.scope == "crew") {
         const auto colon = figure.figure.rfind(':');
-        const auto label = colon == std::string::npos
-                               ? figure.figure
-                               : "Line " + figure.figure.substr(0, colon) + ", reading " +
-                                     figure.figure.substr(colon + 1);
+        const auto label = colon == std::string::npos ? figure.figure
+                                                      : "Line " + figure.figure.substr(0, colon) +
+                                                            ", reading " + figure.figure.substr(colon + 1);
         return {label, figure.note};
     }
     if (figure.figure.rfind("line ", 0) == 0 && figure.figure.size() > 5) {

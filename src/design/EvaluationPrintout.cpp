@@ -297,9 +297,10 @@ ReportSection EvaluationPrintout::leftOut(const FieldEvaluationResult& result) {
     table.numericColumns = {false, false, true, true, false, false};
     for (const auto& excluded : result.excluded) {
         const auto& reading = excluded.reading;
-        table.rows.push_back(
-            {result.lineName(reading.line), collectorLabel(reading), metres(reading.sample.distanceFromCenter),
-             UnitText::fixed(reading.sample.collectedAmount, 2), reasonText(excluded), where(reading)});
+        table.rows.push_back({result.lineName(reading.line), collectorLabel(reading),
+                              metres(reading.sample.distanceFromCenter),
+                              UnitText::fixed(reading.sample.collectedAmount, 2), reasonText(excluded),
+                              where(reading)});
     }
     return tableOrNone("Collectors left out", std::move(table), "None: every reading counts.");
 }

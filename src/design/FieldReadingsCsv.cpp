@@ -107,7 +107,8 @@ private:
         if (group == "ignored") {
             return;
         }
-        if (group == "amount" && has("amount") && (name == "volume_ml") != (this->name("amount") == "volume_ml")) {
+        if (group == "amount" && has("amount") &&
+            (name == "volume_ml") != (this->name("amount") == "volume_ml")) {
             // A volume beside a depth: the volume is what was read, the depth the crew's own
             // conversion, used only when the collectors' opening is not given.
             if (name == "volume_ml") {
@@ -147,7 +148,8 @@ public:
             header.useDepthsBesideVolumes();
         }
         if (test_ && !header_.has("test")) {
-            throw ReadingsError(source_, "a test \"" + *test_ + "\" is asked for, but the header names no test column");
+            throw ReadingsError(
+                source_, "a test \"" + *test_ + "\" is asked for, but the header names no test column");
         }
         if (header_.name("amount") == "volume_ml" && !header_.has("area")) {
             if (!gaugeDiameterM) {
@@ -189,8 +191,8 @@ public:
             throw ReadingsError(source_, "holds no test \"" + *test_ + "\" (its tests: " + names + ")");
         }
         if (!test_ && tests_.size() > 1) {
-            throw ReadingsError(source_, "holds " + std::to_string(tests_.size()) + " tests (" + names +
-                                             "): choose one");
+            throw ReadingsError(
+                source_, "holds " + std::to_string(tests_.size()) + " tests (" + names + "): choose one");
         }
     }
 

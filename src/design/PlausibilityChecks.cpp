@@ -42,9 +42,9 @@ void PlausibilityChecks::checkCapacity(const DesignResult& result, std::vector<F
         }
     }
     if (summary.depthMm && *summary.depthMm > 0) {
-        if (auto finding =
-                outside(depthPerRevolutionMm, *summary.depthMm, "depth-per-revolution-unusual",
-                        fmt::format("the machine lays {:.1f} mm per revolution at 100 % timer", *summary.depthMm))) {
+        if (auto finding = outside(
+                depthPerRevolutionMm, *summary.depthMm, "depth-per-revolution-unusual",
+                fmt::format("the machine lays {:.1f} mm per revolution at 100 % timer", *summary.depthMm))) {
             findings.push_back(*finding);
         }
     }
@@ -55,9 +55,10 @@ std::vector<Finding> PlausibilityChecks::check(const DesignResult& result, const
     checkRegulators(result, units, findings);
     checkCapacity(result, findings);
     if (result.summary.uniformityBelowZero) {
-        findings.push_back({Severity::Warning, "uniformity-below-zero",
-                            "the outlets' depths are so uneven that the Heermann-Hein formula falls below 0 %, "
-                            "which is no uniformity: no CU is given"});
+        findings.push_back(
+            {Severity::Warning, "uniformity-below-zero",
+             "the outlets' depths are so uneven that the Heermann-Hein formula falls below 0 %, "
+             "which is no uniformity: no CU is given"});
     }
     return findings;
 }

@@ -265,7 +265,8 @@ TEST_F(ProgramEvaluateTest, StoredFiguresAreListedAndShown) {
 
 TEST_F(ProgramEvaluateTest, OneTestOfThePublishedSheet) {
     // The 14 published tests of tests/data/field (DOI 10.5281/zenodo.18495332), 80 mm collectors.
-    const auto sheet = std::string(CAUDALIS_SOURCE_DIR) + "/tests/data/field/pivot-catch-cans-vicosa-2025.csv";
+    const auto sheet =
+        std::string(CAUDALIS_SOURCE_DIR) + "/tests/data/field/pivot-catch-cans-vicosa-2025.csv";
     const auto figures = evaluate(quoted(sheet) + " --test QT_2 --gauge-diameter 0.08");
     ASSERT_EQ(figures["lines"].size(), 2u);
     EXPECT_EQ(figures["lines"][0]["name"], "A");
@@ -314,7 +315,8 @@ TEST_F(ProgramEvaluateTest, TheShippedCrewSheetPointsAtItsLowOutlet) {
     ASSERT_EQ(figures["left_out"].size(), 7u);
     EXPECT_EQ(figures["left_out"][6]["crew_flag"], "tipped");
     // The text names the crew's lines, not their numbers.
-    const auto text = run("evaluate " + example("evaluations/small-2025.csv") + " --gauge-diameter 0.1 --inner-radius 10");
+    const auto text =
+        run("evaluate " + example("evaluations/small-2025.csv") + " --gauge-diameter 0.1 --inner-radius 10");
     EXPECT_NE(text.out.find("left out: line west collector"), std::string::npos) << text.out;
     EXPECT_EQ(text.out.find("left out: line 2"), std::string::npos) << text.out;
     EXPECT_EQ(figures["comparison"]["outlets"][0]["span"], 2);

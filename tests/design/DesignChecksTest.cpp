@@ -248,7 +248,8 @@ TEST(DesignChecks, DepthPerRevolutionOutsideItsRange) {
     const auto* depth = findingOf(result, "depth-per-revolution-unusual");
     ASSERT_NE(depth, nullptr);
     EXPECT_EQ(depth->severity, Severity::Warning) << depth->message;
-    EXPECT_EQ(PlausibilityChecks::outside(PlausibilityChecks::depthPerRevolutionMm, 12, "x", "y"), std::nullopt);
+    EXPECT_EQ(PlausibilityChecks::outside(PlausibilityChecks::depthPerRevolutionMm, 12, "x", "y"),
+              std::nullopt);
     EXPECT_EQ(PlausibilityChecks::outside(PlausibilityChecks::depthPerRevolutionMm, 30, "x", "y")->severity,
               Severity::Note);
 }

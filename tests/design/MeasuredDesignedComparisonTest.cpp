@@ -208,7 +208,8 @@ TEST(MeasuredDesignedComparison, TwoPluggedNeighboursReadNoLessThanNothing) {
     std::vector<std::vector<FieldReading>> lines(1);
     for (double r = 10; r <= 85; r += 0.5) {
         FieldReading reading;
-        reading.depth = WaterDepthSample{MeasuredDesignedComparison::designedDepthAt(installed, r, 6), r, false};
+        reading.depth =
+            WaterDepthSample{MeasuredDesignedComparison::designedDepthAt(installed, r, 6), r, false};
         lines[0].push_back(reading);
     }
     const auto comparison = MeasuredDesignedComparison::compare(lines, designed, 12);

@@ -22,7 +22,8 @@ using namespace caudalis::design;
 
 namespace {
 
-const std::string sheetPath = std::string(CAUDALIS_SOURCE_DIR) + "/tests/data/field/pivot-catch-cans-vicosa-2025.csv";
+const std::string sheetPath =
+    std::string(CAUDALIS_SOURCE_DIR) + "/tests/data/field/pivot-catch-cans-vicosa-2025.csv";
 
 struct Published {
     std::string test;
@@ -90,9 +91,8 @@ TEST(PublishedCatchCanTests, TheCrewsOwnDepthsGiveTheSameFiguresWithoutTheOpenin
 }
 
 TEST(PublishedCatchCanTests, SchedulingCoefficientOfTheDriestContiguousPatch) {
-    const auto result =
-        FieldEvaluator::evaluate(FieldReadingsCsv::readTest(sheet(), gaugeDiameterM, std::string("QT_2")),
-                                 FieldEvaluationSettings{});
+    const auto result = FieldEvaluator::evaluate(
+        FieldReadingsCsv::readTest(sheet(), gaugeDiameterM, std::string("QT_2")), FieldEvaluationSettings{});
     const auto& a = result.lines[0].figures;
     // Mean over the low-quarter mean is only 1 / DU (about 1.22 on line A); the driest
     // contiguous 5 % of the line is drier than the low quarter's mean: SC about 1.27.
@@ -115,10 +115,12 @@ TEST(PublishedCatchCanTests, ASheetOfSeveralTestsNeedsOneChosen) {
         FieldReadingsCsv::readTest(sheet(), gaugeDiameterM, std::string("QT_9"));
         FAIL() << "a missing test was read";
     } catch (const ReadingsError& error) {
-        EXPECT_NE(std::string(error.what()).find("holds no test \"QT_9\""), std::string::npos) << error.what();
+        EXPECT_NE(std::string(error.what()).find("holds no test \"QT_9\""), std::string::npos)
+            << error.what();
     }
     try {
-        FieldReadingsCsv::readTest({"r.csv", "distance_m,depth_mm\n10,3\n"}, std::nullopt, std::string("QT_2"));
+        FieldReadingsCsv::readTest({"r.csv", "distance_m,depth_mm\n10,3\n"}, std::nullopt,
+                                   std::string("QT_2"));
         FAIL() << "a test was chosen in a sheet without tests";
     } catch (const ReadingsError& error) {
         EXPECT_NE(std::string(error.what()).find("names no test column"), std::string::npos) << error.what();

@@ -78,8 +78,8 @@ public:
     /// SC_p of the lines (each ordered by distance) for the share p of each line's weight: the
     /// mean of all collectors over the mean of the driest run; empty when the mean is not
     /// defined, no run reaches the share, or the driest run is dry.
-    static std::optional<double> schedulingCoefficient(const std::vector<std::vector<WaterDepthSample>>& lines,
-                                                       double share);
+    static std::optional<double> schedulingCoefficient(
+        const std::vector<std::vector<WaterDepthSample>>& lines, double share);
     /// The weighted mean depth of the driest run of neighbouring samples whose weights reach
     /// `share` of the line's weight; empty when the line has no weight.
     static std::optional<double> driestRunMean(const std::vector<WaterDepthSample>& line, double share);

@@ -44,7 +44,8 @@ public:
                                           const std::string& what);
 
 private:
-    static void checkRegulators(const DesignResult& result, const Units& units, std::vector<Finding>& findings);
+    static void checkRegulators(const DesignResult& result, const Units& units,
+                                std::vector<Finding>& findings);
     static void checkCapacity(const DesignResult& result, std::vector<Finding>& findings);
 };
 

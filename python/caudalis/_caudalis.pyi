@@ -3730,13 +3730,13 @@ class services:
         | column | meaning |
         |---|---|
         | `distance_m` or `distance_ft` | distance of the collector from the centre |
-        | `volume_ml`, `depth_mm` or `depth_in` | what the collector caught; `volume_ml` may stand beside a depth column, which is read only when the collectors' opening is not given |
-        | `collector_area_cm2` or `collector_area_in2` | optional, with `volume_ml`: the collector's opening |
-        | `line` | optional: the radial line's name (at most two lines) |
-        | `test` | optional: the test's name, for a file that holds several tests; one is read at a time |
-        | `collector` | optional: the collector's label |
-        | `flag` | optional: why the crew struck the collector out (wind, tipped); blank when it counts |
-        | `note`, `notes`, `comment` | optional, ignored |
+        | `volume_ml`, `depth_mm` or `depth_in` | what the collector caught; `volume_ml` may stand beside a depth
+        column, which is read only when the collectors' opening is not given | | `collector_area_cm2` or
+        `collector_area_in2` | optional, with `volume_ml`: the collector's opening | | `line` | optional: the
+        radial line's name (at most two lines) | | `test` | optional: the test's name, for a file that holds
+        several tests; one is read at a time | | `collector` | optional: the collector's label | | `flag` |
+        optional: why the crew struck the collector out (wind, tipped); blank when it counts | | `note`, `notes`,
+        `comment` | optional, ignored |
 
         Fields are separated by commas and may be double-quoted; numbers use "." as decimal point.
         Every failure raises `ReadingsError` naming the text, line and column.

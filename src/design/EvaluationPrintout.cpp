@@ -182,8 +182,8 @@ const std::vector<CatchCanFigureLabel>& EvaluationPrintout::figureLabels() {
         {"low_quarter_mean_mm", "Low-quarter mean depth (mm)", 2},
         {"cu_hh_percent", "CU Heermann-Hein (%)", 1},
         {"du_lq_percent", "DU low quarter (%)", 1},
-        {"scheduling_coefficient_5_percent", "Scheduling coefficient, driest 5 %", 2},
-        {"scheduling_coefficient_1_percent", "Scheduling coefficient, driest 1 %", 2},
+        {"scheduling_coefficient_5_percent", "Scheduling coefficient 5 %", 2},
+        {"scheduling_coefficient_1_percent", "Scheduling coefficient 1 %", 2},
         {"mean_over_low_quarter_mean", "Mean / low-quarter mean", 2},
         {"cu_moving_average_percent", "CU 3-collector average (%)", 1},
     };

@@ -83,13 +83,16 @@ std::vector<MeasuredDesignedComparison::OutletFit> MeasuredDesignedComparison::c
     double bestCovered = 0;
     for (const auto& outlet : machine.outlets) {
         OutletFit fit{&outlet, {}, 0, 0};
-        for (const auto& collector : comparison.collectors) {
+        for (std::size_t c = 0; c < comparison.collectors.size(); ++c) {
+            const auto& collector = comparison.collectors[c];
             const double r = collector.reading.depth.distanceFromCenter;
             const double g = collector.designedMm <= 0 ? 0
                                                        : contribution(outlet, r, wettedRadiusM) *
                                                              comparison.levelFactor / collector.designedMm;
-            fit.shares.push_back(g);
-            fit.energy += g * g;
+            if (g != 0) {
+                fit.shares.emplace_back(c, g);
+                fit.energy += g * g;
+            }
         }
         bestCovered = std::max(bestCovered, fit.energy);
         fits.push_back(std::move(fit));
@@ -104,10 +107,11 @@ std::vector<MeasuredDesignedComparison::OutletFit> MeasuredDesignedComparison::c
 
 namespace {
 
-double correlationOf(const std::vector<double>& residuals, const std::vector<double>& shares) {
+double correlationOf(const std::vector<double>& residuals,
+                     const std::vector<std::pair<std::size_t, double>>& shares) {
     double correlation = 0;
-    for (std::size_t c = 0; c < residuals.size(); ++c) {
-        correlation += residuals[c] * shares[c];
+    for (const auto& [collector, share] : shares) {
+        correlation += residuals[collector] * share;
     }
     return correlation;
 }
@@ -134,8 +138,8 @@ void MeasuredDesignedComparison::fitInTurn(std::vector<OutletFit>& fits, std::ve
             }
         }
         (*best)->estimate = bestEstimate;
-        for (std::size_t c = 0; c < residuals.size(); ++c) {
-            residuals[c] -= bestEstimate * (*best)->shares[c];
+        for (const auto& [collector, share] : (*best)->shares) {
+            residuals[collector] -= bestEstimate * share;
         }
         open.erase(best);
     }

@@ -258,7 +258,7 @@ TEST_F(ProgramEvaluateTest, StoredFiguresAreListedAndShown) {
                                         figures["together"]["mean_depth_mm"].get<double>())),
               std::string::npos)
         << text.out;
-    EXPECT_NE(text.out.find("Scheduling coefficient, driest 5 %"), std::string::npos);
+    EXPECT_NE(text.out.find("Scheduling coefficient 5 %"), std::string::npos);
     EXPECT_EQ(text.out.find("mean_depth_mm"), std::string::npos) << text.out;
     expectFailure(run("evaluate show 7"), ExitCode::BadInput, "holds no evaluation 7");
 }

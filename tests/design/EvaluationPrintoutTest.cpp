@@ -138,7 +138,7 @@ TEST(EvaluationPrintout, FiguresOfEachLineTheirMeanBothTogetherAndTheEndGunZone)
     EXPECT_EQ(cell(figures, "Collectors", 5), "2");
     EXPECT_EQ(cell(figures, "DU low quarter (%)", 4),
               EvaluationPrintout::figureText(input.result.together.duLowQuarter, 1));
-    EXPECT_EQ(cell(figures, "Scheduling coefficient, driest 5 %", 3),
+    EXPECT_EQ(cell(figures, "Scheduling coefficient 5 %", 3),
               EvaluationPrintout::figureText(input.result.lineAverage.schedulingCoefficient, 2));
     // The end-gun zone (20 mm at 50 m, 10 mm at 55 m): mean (1000 + 550) / 105.
     EXPECT_EQ(cell(figures, "Mean depth (mm)", 5), "14.76");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "caudalis/design/FieldReadings.hpp"
@@ -112,10 +113,11 @@ public:
 private:
     static double medianSpacing(const std::vector<std::vector<FieldReading>>& lines);
     static double contribution(const DesignedOutlet& outlet, double radiusM, double wettedRadiusM);
-    /// An outlet's share g_i at each collector and its estimate while it is fitted.
+    /// An outlet's share g_i at the collectors it wets (by collector index) and its estimate
+    /// while it is fitted.
     struct OutletFit {
         const DesignedOutlet* outlet;
-        std::vector<double> shares;
+        std::vector<std::pair<std::size_t, double>> shares;
         double energy;
         double estimate;
     };

@@ -132,6 +132,8 @@ void CommandLine::defineEvaluate(CLI::App& app) {
     evaluate
         ->add_option("--gauge-diameter", o.gaugeDiameterM, "opening diameter of the rain gauges, in metres")
         ->check(gaugeDiameter());
+    evaluate->add_option("--test", o.readingsTest,
+                         "the test to read from a CSV file whose test column names several");
     evaluate->add_option("--inner-radius", o.innerRadiusM, "leave out the collectors nearer the centre (m)")
         ->check(CLI::NonNegativeNumber);
     evaluate

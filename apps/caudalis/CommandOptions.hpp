@@ -32,6 +32,8 @@ struct CommandLine::Options {
     // evaluate
     std::vector<std::string> readingsPaths;
     std::optional<double> gaugeDiameterM;
+    /// --test: the test to read from a CSV file that holds several (its `test` column).
+    std::optional<std::string> readingsTest;
     std::optional<std::string> evaluationName;
     bool saveEvaluation = false;
     double innerRadiusM = 0;

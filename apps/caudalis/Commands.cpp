@@ -217,7 +217,8 @@ void CommandLine::evaluateReadings() {
     if (o.saveEvaluation) {
         store.requireNameIsFree(name);
     }
-    EvaluationOutcome outcome{name, ReadingsFile::load(o.readingsPaths, o.gaugeDiameterM), {}, {}, {}};
+    EvaluationOutcome outcome{
+        name, ReadingsFile::load(o.readingsPaths, o.gaugeDiameterM, o.readingsTest), {}, {}, {}};
     design::FieldEvaluationSettings settings;
     settings.innerRadiusM = o.innerRadiusM;
     settings.lastSpanEndM = o.lastSpanEndM;
@@ -268,7 +269,7 @@ std::optional<DesignReference> CommandLine::designReference() {
         const auto wetted = services_.nozzleSource(o.cataloguePath)->wettedDiameters();
         const auto rebuilt = services_.chartStore(o.projectPath, o.cataloguePath)->rebuild(id, wetted);
         return EvaluationDesign::reference("stored chart " + std::to_string(id), rebuilt.result,
-                                           o.timerPercent, o.wettedDiameterM);
+                                           o.timerPercent, o.wettedDiameterM, wetted);
     }
     if (o.designPath.empty()) {
         return std::nullopt;
@@ -277,7 +278,7 @@ std::optional<DesignReference> CommandLine::designReference() {
     const auto source = services_.nozzleSource(o.cataloguePath);
     return EvaluationDesign::reference(
         o.designPath, computeDesign(description, *source, design::DesignOptions{o.maxPasses, std::nullopt}),
-        o.timerPercent, o.wettedDiameterM);
+        o.timerPercent, o.wettedDiameterM, source->wettedDiameters());
 }
 
 void CommandLine::listNozzles() {

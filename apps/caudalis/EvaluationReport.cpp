@@ -4,6 +4,7 @@
 #include <fmt/ostream.h>
 
 #include "JsonValue.hpp"
+#include "StoredFigureText.hpp"
 #include "caudalis/design/CatchCanStatistics.hpp"
 #include "caudalis/design/EvaluationPrintout.hpp"
 #include "caudalis/design/PlainTextReport.hpp"
@@ -107,17 +108,18 @@ void EvaluationReport::writeFigures(std::ostream& out, const design::FieldEvalua
 
 void EvaluationReport::writeReadingNotes(std::ostream& out, const design::FieldEvaluationResult& result) {
     for (const auto& excluded : result.excluded) {
-        fmt::print(out, "  left out: line {}{} {:g} at {:g} m, {} ({})\n", excluded.reading.line,
-                   collectorName(excluded.reading), excluded.reading.sample.collectedAmount,
-                   excluded.reading.sample.distanceFromCenter, EvaluationPrintout::reasonText(excluded),
-                   where(excluded.reading));
+        fmt::print(out, "  left out: line {}{} {:g} at {:g} m, {} ({})\n",
+                   result.lineName(excluded.reading.line), collectorName(excluded.reading),
+                   excluded.reading.sample.collectedAmount, excluded.reading.sample.distanceFromCenter,
+                   EvaluationPrintout::reasonText(excluded), where(excluded.reading));
     }
     fmt::print(out, "Collectors more than {:g} % off the mean: {}\n", result.settings.outlierPercent,
                result.outliers.size());
     for (const auto& outlier : result.outliers) {
-        fmt::print(out, "  line {}{} at {:>8.2f} m: {:>8.2f} mm ({:+.1f} %)  {}\n", outlier.reading.line,
-                   collectorName(outlier.reading), outlier.reading.depth.distanceFromCenter,
-                   outlier.reading.depth.depth, outlier.deviationPercent, where(outlier.reading));
+        fmt::print(out, "  line {}{} at {:>8.2f} m: {:>8.2f} mm ({:+.1f} %)  {}\n",
+                   result.lineName(outlier.reading.line), collectorName(outlier.reading),
+                   outlier.reading.depth.distanceFromCenter, outlier.reading.depth.depth,
+                   outlier.deviationPercent, where(outlier.reading));
     }
 }
 
@@ -250,16 +252,22 @@ void EvaluationReport::writeStored(std::ostream& out, const design::StoredFieldE
     line(out, "Gauge diameter",
          evaluation.pluviometer.diameter > 0 ? fmt::format("{:g} m", evaluation.pluviometer.diameter)
                                              : std::string("none (amounts are depths in mm)"));
+    const auto names = StoredFigureText::lineNames(stored.figures);
     line(out, "Readings",
-         fmt::format("{} on line 1, {} on line 2", evaluation.firstSample.count(),
-                     evaluation.secondSample.count()));
+         fmt::format("{} on line {}, {} on line {}", evaluation.firstSample.count(),
+                     design::lineNameOf(names, 1), evaluation.secondSample.count(),
+                     design::lineNameOf(names, 2)));
     if (stored.figures.empty()) {
         fmt::print(out, "  (stored without figures)\n");
     }
+    std::string scope;
     for (const auto& figure : stored.figures) {
-        const auto value =
-            figure.value ? fmt::format("{:g}", *figure.value) : std::string(figure.note.empty() ? "n/a" : "");
-        fmt::print(out, "  {:<10}{:<30}{}{}\n", figure.scope, figure.figure, value, figure.note);
+        if (figure.scope != scope) {
+            scope = figure.scope;
+            fmt::print(out, "{}:\n", StoredFigureText::scopeLabel(scope));
+        }
+        const auto [label, value] = StoredFigureText::labelled(figure);
+        line(out, label, value);
     }
 }
 

@@ -13,12 +13,13 @@ namespace caudalis::cli {
 
 namespace {
 
-design::FieldReadings readCsv(const std::vector<std::string>& paths, std::optional<double> gaugeDiameterM) {
+design::FieldReadings readCsv(const std::vector<std::string>& paths, std::optional<double> gaugeDiameterM,
+                              const std::optional<std::string>& test) {
     if (paths.size() != 1) {
         throw UsageError("a CSV readings file holds both radial lines (a line column): give it alone");
     }
-    return design::FieldReadingsCsv::read({paths.front(), readTextFile(paths.front(), "readings file")},
-                                          gaugeDiameterM);
+    return design::FieldReadingsCsv::readTest({paths.front(), readTextFile(paths.front(), "readings file")},
+                                              gaugeDiameterM, test);
 }
 
 design::FieldReadings readText(const std::vector<std::string>& paths, std::optional<double> gaugeDiameterM) {
@@ -45,10 +46,14 @@ bool ReadingsFile::isCsv(const std::string& path) {
 }
 
 design::FieldReadings ReadingsFile::load(const std::vector<std::string>& paths,
-                                         std::optional<double> gaugeDiameterM) {
+                                         std::optional<double> gaugeDiameterM,
+                                         const std::optional<std::string>& test) {
     const bool csv = std::any_of(paths.begin(), paths.end(), isCsv);
+    if (test && !csv) {
+        throw UsageError("--test selects one test of a CSV readings file with a test column");
+    }
     try {
-        return csv ? readCsv(paths, gaugeDiameterM) : readText(paths, gaugeDiameterM);
+        return csv ? readCsv(paths, gaugeDiameterM, test) : readText(paths, gaugeDiameterM);
     } catch (const design::ReadingsError& error) {
         throw InputError(std::string("readings file ") + error.what());
     }

@@ -15,9 +15,11 @@ namespace caudalis::cli {
 class ReadingsFile {
 public:
     /// `gaugeDiameterM` is the gauges' opening, needed by the text form and by CSV volumes
-    /// without a collector area column.
+    /// without a collector area column; `test` chooses one test of a CSV file with a test
+    /// column.
     static design::FieldReadings load(const std::vector<std::string>& paths,
-                                      std::optional<double> gaugeDiameterM);
+                                      std::optional<double> gaugeDiameterM,
+                                      const std::optional<std::string>& test = std::nullopt);
     static bool isCsv(const std::string& path);
 };
 

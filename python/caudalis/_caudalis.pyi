@@ -3730,12 +3730,13 @@ class services:
         | column | meaning |
         |---|---|
         | `distance_m` or `distance_ft` | distance of the collector from the centre |
-        | `volume_ml`, `depth_mm` or `depth_in` | what the collector caught |
-        | `collector_area_cm2` or `collector_area_in2` | optional, with `volume_ml`: the collector's opening |
-        | `line` | optional: the radial line's name (at most two lines) |
-        | `collector` | optional: the collector's label |
-        | `flag` | optional: why the crew struck the collector out (wind, tipped); blank when it counts |
-        | `note`, `notes`, `comment` | optional, ignored |
+        | `volume_ml`, `depth_mm` or `depth_in` | what the collector caught; `volume_ml` may stand beside a depth
+        column, which is read only when the collectors' opening is not given | | `collector_area_cm2` or
+        `collector_area_in2` | optional, with `volume_ml`: the collector's opening | | `line` | optional: the
+        radial line's name (at most two lines) | | `test` | optional: the test's name, for a file that holds
+        several tests; one is read at a time | | `collector` | optional: the collector's label | | `flag` |
+        optional: why the crew struck the collector out (wind, tipped); blank when it counts | | `note`, `notes`,
+        `comment` | optional, ignored |
 
         Fields are separated by commas and may be double-quoted; numbers use "." as decimal point.
         Every failure raises `ReadingsError` naming the text, line and column.
@@ -3773,6 +3774,12 @@ class services:
         def schedulingCoefficient(self) -> Optional[float]:
             ...
         @property
+        def schedulingCoefficient1Percent(self) -> Optional[float]:
+            ...
+        @property
+        def meanOverLowQuarterMean(self) -> Optional[float]:
+            ...
+        @property
         def cuMovingAverage(self) -> Optional[float]:
             ...
     class CatchCanStatistics:
@@ -3789,9 +3796,17 @@ class services:
         11(1):11-15; the coefficient of ASABE S436.1
         - DU_lq = 100 m_lq / m                                 Merriam and Keller (1978), Farm
         Irrigation System Evaluation: the low-quarter distribution uniformity
-        - SC    = m / m_lq      the scheduling coefficient in Merriam and Keller's low-quarter terms:
-        how many times longer the machine must run for the driest quarter to
-        receive the mean depth (100 / DU_lq)
+        - SC_p  = m / m_p       the scheduling coefficient of Zoldoske and Solomon (1988), "Coefficient
+        of uniformity - what it tells us", Irrigation Notes, CATI, California
+        State University, Fresno: m_p is the mean depth of the driest
+        *contiguous* area of a stated share p of the watered area (5 %, also
+        1 %). On a radial line that area is a run of neighbouring collectors
+        whose weights r_i add up to p sum r_i (the shortest run from each
+        collector outwards that reaches the share; the driest such run counts).
+        SC_p says how many times longer the machine must run for the driest
+        patch of that size to receive the mean depth.
+        - m / m_lq              the mean over the low-quarter mean (100 / DU_lq), kept under its own
+        name: the driest quarter need not lie in one place, so it is no SC.
         - CU_MA = CU_HH of the depths smoothed along each line by a three-collector moving average
         (each collector with its two neighbours; an end collector with its one),
         as Henggeler and Vories (2009), ASABE paper 096044, report it beside CU_HH,

@@ -59,6 +59,10 @@ void bindFigures(py::module_& services) {
                       doc("design.CatchCanFigures.duLowQuarter"))
         .def_readonly("schedulingCoefficient", &CatchCanFigures::schedulingCoefficient,
                       doc("design.CatchCanFigures.schedulingCoefficient"))
+        .def_readonly("schedulingCoefficient1Percent", &CatchCanFigures::schedulingCoefficient1Percent,
+                      doc("design.CatchCanFigures.schedulingCoefficient1Percent"))
+        .def_readonly("meanOverLowQuarterMean", &CatchCanFigures::meanOverLowQuarterMean,
+                      doc("design.CatchCanFigures.meanOverLowQuarterMean"))
         .def_readonly("cuMovingAverage", &CatchCanFigures::cuMovingAverage,
                       doc("design.CatchCanFigures.cuMovingAverage"));
     py::class_<CatchCanStatistics>(services, "CatchCanStatistics", doc("design.CatchCanStatistics"))

@@ -1,5 +1,7 @@
 #include "caudalis/design/CatchCanStatistics.hpp"
 
+#include <algorithm>
+
 #include "caudalis/core/Checked.hpp"
 #include "caudalis/design/ReadingsText.hpp"
 #include "caudalis/design/Uniformity.hpp"
@@ -41,7 +43,54 @@ std::optional<double> meanOf(const std::vector<CatchCanFigures>& sets, Field fie
 
 }  // namespace
 
+std::optional<double> CatchCanStatistics::driestRunMean(const std::vector<WaterDepthSample>& line,
+                                                        double share) {
+    double total = 0;
+    for (const auto& sample : line) {
+        total += sample.distanceFromCenter;
+    }
+    if (!(total > 0)) {
+        return std::nullopt;
+    }
+    const double wanted = share * total;
+    std::optional<double> driest;
+    std::size_t last = 0;
+    double weight = 0;
+    double weighted = 0;
+    for (std::size_t first = 0; first < line.size(); ++first) {
+        while (weight < wanted && last < line.size()) {
+            weight += line[last].distanceFromCenter;
+            weighted += line[last].distanceFromCenter * line[last].depth;
+            ++last;
+        }
+        if (weight < wanted) {
+            break;
+        }
+        const double runMean = weighted / weight;
+        driest = driest ? std::min(*driest, runMean) : runMean;
+        weight -= line[first].distanceFromCenter;
+        weighted -= line[first].distanceFromCenter * line[first].depth;
+    }
+    return driest;
+}
+
 std::optional<double> CatchCanStatistics::schedulingCoefficient(
+    const std::vector<std::vector<WaterDepthSample>>& lines, double share) {
+    const auto average = Uniformity::meanDepth(ReadingsTextTools::oneBased(joined(lines)));
+    std::optional<double> driest;
+    for (const auto& line : lines) {
+        const auto run = driestRunMean(line, share);
+        if (run && (!driest || *run < *driest)) {
+            driest = run;
+        }
+    }
+    if (!average || !driest || *driest <= 0) {
+        return std::nullopt;
+    }
+    return checked::div(*average, *driest);
+}
+
+std::optional<double> CatchCanStatistics::meanOverLowQuarterMean(
     const BoundedArray<WaterDepthSample>& samples) {
     const auto average = Uniformity::meanDepth(samples);
     const auto quarter = Uniformity::lowQuarterMean(samples);
@@ -77,7 +126,9 @@ CatchCanFigures CatchCanStatistics::of(const std::vector<std::vector<WaterDepthS
     figures.lowQuarterMeanMm = Uniformity::lowQuarterMean(all);
     figures.cuHeermannHein = Uniformity::heermannHein(all);
     figures.duLowQuarter = Uniformity::lowQuarter(all);
-    figures.schedulingCoefficient = schedulingCoefficient(all);
+    figures.schedulingCoefficient = schedulingCoefficient(lines, schedulingShare);
+    figures.schedulingCoefficient1Percent = schedulingCoefficient(lines, schedulingShareSmall);
+    figures.meanOverLowQuarterMean = meanOverLowQuarterMean(all);
     figures.cuMovingAverage = Uniformity::heermannHein(ReadingsTextTools::oneBased(joined(smoothed)));
     return figures;
 }
@@ -90,7 +141,9 @@ std::vector<std::pair<std::string, std::optional<double>>> CatchCanStatistics::n
         {"low_quarter_mean_mm", figures.lowQuarterMeanMm},
         {"cu_hh_percent", figures.cuHeermannHein},
         {"du_lq_percent", figures.duLowQuarter},
-        {"scheduling_coefficient", figures.schedulingCoefficient},
+        {"scheduling_coefficient_5_percent", figures.schedulingCoefficient},
+        {"scheduling_coefficient_1_percent", figures.schedulingCoefficient1Percent},
+        {"mean_over_low_quarter_mean", figures.meanOverLowQuarterMean},
         {"cu_moving_average_percent", figures.cuMovingAverage},
     };
 }
@@ -105,6 +158,8 @@ CatchCanFigures CatchCanStatistics::averageOf(const std::vector<CatchCanFigures>
     average.cuHeermannHein = meanOf(sets, &CatchCanFigures::cuHeermannHein);
     average.duLowQuarter = meanOf(sets, &CatchCanFigures::duLowQuarter);
     average.schedulingCoefficient = meanOf(sets, &CatchCanFigures::schedulingCoefficient);
+    average.schedulingCoefficient1Percent = meanOf(sets, &CatchCanFigures::schedulingCoefficient1Percent);
+    average.meanOverLowQuarterMean = meanOf(sets, &CatchCanFigures::meanOverLowQuarterMean);
     average.cuMovingAverage = meanOf(sets, &CatchCanFigures::cuMovingAverage);
     return average;
 }

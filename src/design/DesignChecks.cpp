@@ -8,6 +8,7 @@
 
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/design/Limits.hpp"
+#include "caudalis/design/PlausibilityChecks.hpp"
 #include "caudalis/design/ReportLabels.hpp"
 
 namespace caudalis::design {
@@ -94,6 +95,17 @@ void checkRegulators(const DesignResult& result, const Figures& figures, Finding
                  figures.pressure((*high)->outlet.pressao_real), figures.pressure(rating),
                  figures.pressure(result.design.regulation.marginKpa))});
     }
+    if (!result.figuresAtPipePressure.empty()) {
+        std::string changed;
+        for (const auto& figure : result.figuresAtPipePressure) {
+            changed += (changed.empty() ? "" : ", ") + figure;
+        }
+        findings.push_back(
+            {Severity::Warning, "figures-at-pipe-pressure",
+             "regulators rated above the pipe pressure cannot raise it: the design gives " + changed +
+                 " at the pressure the pipe gives there, not at the regulators' ratings (the pipe "
+                 "pressures are the march's)"});
+    }
 }
 
 bool outOfRange(const OutletResult& row) {
@@ -177,7 +189,7 @@ void checkDischarge(const DesignResult& result, const Figures& figures, Findings
 void checkUniformity(const DesignResult& result, Findings& findings) {
     const auto& cu = result.summary.uniformityCoefficient;
     const double minimum = result.design.checks.minimumUniformityPercent;
-    if (!cu) {
+    if (!cu && !result.summary.uniformityBelowZero) {
         findings.push_back({Severity::Warning, "low-uniformity",
                             "the uniformity cannot be computed: the machine applies no water"});
     } else if (*cu < minimum) {
@@ -201,6 +213,8 @@ std::vector<Finding> DesignChecks::check(const DesignResult& result, const Units
     checkDischarge(result, figures, findings);
     checkUniformity(result, findings);
     checkNearestSizes(result, findings);
+    const auto plausibility = PlausibilityChecks::check(result, units);
+    findings.insert(findings.end(), plausibility.begin(), plausibility.end());
     std::stable_sort(findings.begin(), findings.end(),
                      [](const Finding& a, const Finding& b) { return a.severity < b.severity; });
     return findings;

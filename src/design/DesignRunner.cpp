@@ -11,6 +11,7 @@
 #include "caudalis/design/DesignValidation.hpp"
 #include "caudalis/design/MachineBuilder.hpp"
 #include "caudalis/design/NozzlePackageStrategy.hpp"
+#include "caudalis/design/StarvedRegulators.hpp"
 #include "caudalis/design/Uniformity.hpp"
 #include "caudalis/hydraulics/Drops.hpp"
 #include "caudalis/hydraulics/PivotWrapper.hpp"
@@ -176,6 +177,7 @@ DesignSummary DesignRunner::summarise(PivotWrapper& wrapper, DesignResult& resul
     summary.depthMm = Uniformity::meanDepth(actual);
     summary.idealDepthMm = Uniformity::meanDepth(ideal);
     summary.uniformityCoefficient = Uniformity::heermannHein(actual);
+    summary.uniformityBelowZero = Uniformity::heermannHeinFormula(actual).value_or(0) < 0;
     summary.idealUniformityCoefficient = Uniformity::heermannHein(ideal);
     summary.lowQuarterUniformity = Uniformity::lowQuarter(actual);
     summary.idealLowQuarterUniformity = Uniformity::lowQuarter(ideal);
@@ -236,6 +238,7 @@ DesignResult DesignRunner::gather(PivotWrapper& wrapper, const DesignDescription
     result.machine = machine;
     attachReasons(result, reasons, design.regulation.marginKpa);
     result.summary = summarise(wrapper, result, passes);
+    result.figuresAtPipePressure = StarvedRegulators::reassess(result);
     result.chart = std::move(chart);
     result.findings = DesignChecks::check(result, Units(options_.units.value_or(design.units)));
     result.analysis = DesignAnalyser::analyse(result, wettedDiameters);

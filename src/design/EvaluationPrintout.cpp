@@ -40,11 +40,6 @@ ReportSection tableOrNone(std::string heading, ReportTable table, std::string no
     return ReportSection{std::move(heading), {std::move(table)}};
 }
 
-std::string lineName(const FieldReadings& readings, int line) {
-    const auto index = static_cast<std::size_t>(line - 1);
-    return index < readings.lineNames.size() ? readings.lineNames[index] : std::to_string(line);
-}
-
 std::string collectorLabel(const FieldReading& reading) {
     return reading.collector.empty() ? "-" : reading.collector;
 }
@@ -187,7 +182,9 @@ const std::vector<CatchCanFigureLabel>& EvaluationPrintout::figureLabels() {
         {"low_quarter_mean_mm", "Low-quarter mean depth (mm)", 2},
         {"cu_hh_percent", "CU Heermann-Hein (%)", 1},
         {"du_lq_percent", "DU low quarter (%)", 1},
-        {"scheduling_coefficient", "Scheduling coefficient", 2},
+        {"scheduling_coefficient_5_percent", "Scheduling coefficient 5 %", 2},
+        {"scheduling_coefficient_1_percent", "Scheduling coefficient 1 %", 2},
+        {"mean_over_low_quarter_mean", "Mean / low-quarter mean", 2},
         {"cu_moving_average_percent", "CU 3-collector average (%)", 1},
     };
     return labels;
@@ -229,7 +226,7 @@ ReportSection EvaluationPrintout::depthPlot(const EvaluationPrintoutInput& input
     ReportPlot plot{"Depth caught along the radius", "distance from the centre (m)", "depth (mm)", "", {}};
     for (std::size_t i = 0; i < plotted.lines.size(); ++i) {
         if (!plotted.lines[i].empty()) {
-            plot.series.push_back(series("line " + lineName(input.readings, static_cast<int>(i + 1)),
+            plot.series.push_back(series("line " + input.readings.lineName(static_cast<int>(i + 1)),
                                          plotted.lines[i], SeriesStyle::Points));
         }
     }
@@ -300,9 +297,10 @@ ReportSection EvaluationPrintout::leftOut(const FieldEvaluationResult& result) {
     table.numericColumns = {false, false, true, true, false, false};
     for (const auto& excluded : result.excluded) {
         const auto& reading = excluded.reading;
-        table.rows.push_back(
-            {std::to_string(reading.line), collectorLabel(reading), metres(reading.sample.distanceFromCenter),
-             UnitText::fixed(reading.sample.collectedAmount, 2), reasonText(excluded), where(reading)});
+        table.rows.push_back({result.lineName(reading.line), collectorLabel(reading),
+                              metres(reading.sample.distanceFromCenter),
+                              UnitText::fixed(reading.sample.collectedAmount, 2), reasonText(excluded),
+                              where(reading)});
     }
     return tableOrNone("Collectors left out", std::move(table), "None: every reading counts.");
 }
@@ -313,7 +311,7 @@ ReportSection EvaluationPrintout::outliers(const FieldEvaluationResult& result) 
     table.numericColumns = {false, false, true, true, true, false};
     for (const auto& outlier : result.outliers) {
         const auto& reading = outlier.reading;
-        table.rows.push_back({std::to_string(reading.line), collectorLabel(reading),
+        table.rows.push_back({result.lineName(reading.line), collectorLabel(reading),
                               metres(reading.depth.distanceFromCenter), millimetres(reading.depth.depth),
                               (outlier.deviationPercent > 0 ? "+" : "") + percent(outlier.deviationPercent),
                               where(reading)});
@@ -384,7 +382,7 @@ ReportSection EvaluationPrintout::collectors(const EvaluationPrintoutInput& inpu
     }
     for (const auto& reading : input.readings.readings) {
         std::vector<std::string> row{
-            lineName(input.readings, reading.line), collectorLabel(reading),
+            input.readings.lineName(reading.line), collectorLabel(reading),
             metres(reading.sample.distanceFromCenter),
             reading.depth.p_null ? std::string("-") : millimetres(reading.depth.depth)};
         if (designed) {

@@ -40,13 +40,13 @@ void addSettings(std::vector<StoredFigure>& figures, const FieldReadings& readin
     figures.push_back({"settings", "outlier_percent", settings.outlierPercent, ""});
 }
 
-/// The crew's exclusions by line and position in the line's stored readings.
+/// The crew's exclusions by line name and position in the line's stored readings.
 void addCrewExclusions(std::vector<StoredFigure>& figures, const FieldReadings& readings) {
     std::map<int, int> positions;
     for (const auto& reading : readings.readings) {
         const int position = ++positions[reading.line];
         if (!reading.crewExclusion.empty()) {
-            figures.push_back({"crew", std::to_string(reading.line) + ":" + std::to_string(position),
+            figures.push_back({"crew", readings.lineName(reading.line) + ":" + std::to_string(position),
                                std::nullopt, reading.crewExclusion});
         }
     }
@@ -83,7 +83,7 @@ std::vector<StoredFigure> FieldEvaluationStore::figuresOf(const FieldReadings& r
     addFigures(figures, "together", result.together);
     addFigures(figures, "lines", result.lineAverage);
     for (const auto& line : result.lines) {
-        addFigures(figures, "line " + std::to_string(line.line), line.figures);
+        addFigures(figures, "line " + line.name, line.figures);
     }
     if (result.endGunZone) {
         addFigures(figures, "end gun", *result.endGunZone);

@@ -86,6 +86,7 @@ FieldEvaluationResult FieldEvaluator::evaluate(const FieldReadings& readings,
     FieldEvaluationResult result;
     result.settings = settings;
     result.readings = static_cast<long>(readings.readings.size());
+    result.lineNames = readings.lineNames;
     if (result.readings > maxReadings) {
         throw ReadingsError(readings.readings.front().source,
                             std::to_string(result.readings) + " readings, more than the " +
@@ -104,7 +105,7 @@ FieldEvaluationResult FieldEvaluator::evaluate(const FieldReadings& readings,
     std::vector<CatchCanFigures> perLine;
     for (std::size_t i = 0; i < lineCount; ++i) {
         if (!result.counted[i].empty()) {
-            const auto name = i < readings.lineNames.size() ? readings.lineNames[i] : std::to_string(i + 1);
+            const auto name = readings.lineName(static_cast<int>(i + 1));
             result.lines.push_back(
                 {static_cast<int>(i + 1), name, CatchCanStatistics::of({depthsOf(result.counted[i])})});
             perLine.push_back(result.lines.back().figures);

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <functional>
 #include <map>
+#include <utility>
 
 #include "caudalis/core/Constants.hpp"
 #include "caudalis/design/ReadingsError.hpp"
@@ -44,6 +45,7 @@ const std::vector<ColumnKind>& columnKinds() {
         {"collector_area_cm2", "area", 1e-4},
         {"collector_area_in2", "area", metresPerInch * metresPerInch},
         {"line", "line", 1},
+        {"test", "test", 1},
         {"collector", "collector", 1},
         {"flag", "flag", 1},
         {"note", "ignored", 1},
@@ -75,6 +77,11 @@ public:
     }
 
     bool has(const std::string& group) const { return columns_.count(group) > 0; }
+    /// Reads the depth column written beside the volumes instead of the volumes.
+    void useDepthsBesideVolumes() {
+        columns_["amount"] = columns_.at("depth");
+        columns_.erase("depth");
+    }
     long column(const std::string& group) const { return columns_.at(group).column; }
     const std::string& name(const std::string& group) const { return columns_.at(group).name; }
     double factor(const std::string& group) const { return columns_.at(group).factor; }
@@ -94,11 +101,22 @@ private:
             throw ReadingsError(
                 source_, line_, column + 1, name,
                 "unknown column; known columns are distance_m, distance_ft, volume_ml, depth_mm, "
-                "depth_in, collector_area_cm2, collector_area_in2, line, collector, flag, note");
+                "depth_in, collector_area_cm2, collector_area_in2, line, test, collector, flag, note");
         }
-        const std::string group = kind->group;
+        std::string group = kind->group;
         if (group == "ignored") {
             return;
+        }
+        if (group == "amount" && has("amount") &&
+            (name == "volume_ml") != (this->name("amount") == "volume_ml")) {
+            // A volume beside a depth: the volume is what was read, the depth the crew's own
+            // conversion, used only when the collectors' opening is not given.
+            if (name == "volume_ml") {
+                columns_["depth"] = columns_.at("amount");
+                columns_.erase("amount");
+            } else {
+                group = "depth";
+            }
         }
         if (has(group)) {
             throw ReadingsError(
@@ -122,10 +140,17 @@ private:
 /// Reads the rows after the header into readings.
 class RowReader {
 public:
-    RowReader(const Header& header, const std::string& source, std::optional<double> gaugeDiameterM,
-              FieldReadings& readings)
-        : header_(header), source_(source), readings_(readings) {
+    RowReader(Header& header, const std::string& source, std::optional<double> gaugeDiameterM,
+              std::optional<std::string> test, FieldReadings& readings)
+        : header_(header), source_(source), readings_(readings), test_(std::move(test)) {
         readings_.amounts = StoredAmount::DepthMm;
+        if (header.has("depth") && !header.has("area") && !gaugeDiameterM) {
+            header.useDepthsBesideVolumes();
+        }
+        if (test_ && !header_.has("test")) {
+            throw ReadingsError(
+                source_, "a test \"" + *test_ + "\" is asked for, but the header names no test column");
+        }
         if (header_.name("amount") == "volume_ml" && !header_.has("area")) {
             if (!gaugeDiameterM) {
                 throw ReadingsError(source_,
@@ -141,6 +166,9 @@ public:
     void read(const std::vector<std::string>& fields, long line) {
         fields_ = &fields;
         line_ = line;
+        if (!ofTheTest()) {
+            return;
+        }
         FieldReading reading;
         reading.source = source_;
         reading.sourceLine = line;
@@ -153,7 +181,34 @@ public:
         readings_.readings.push_back(reading);
     }
 
+    /// Raises when the text holds several tests and none was chosen, or not the chosen one.
+    void checkTests() const {
+        std::string names;
+        for (const auto& name : tests_) {
+            names += (names.empty() ? "" : ", ") + name;
+        }
+        if (test_ && std::find(tests_.begin(), tests_.end(), *test_) == tests_.end()) {
+            throw ReadingsError(source_, "holds no test \"" + *test_ + "\" (its tests: " + names + ")");
+        }
+        if (!test_ && tests_.size() > 1) {
+            throw ReadingsError(
+                source_, "holds " + std::to_string(tests_.size()) + " tests (" + names + "): choose one");
+        }
+    }
+
 private:
+    /// Whether the row belongs to the test read; notes every test's name.
+    bool ofTheTest() {
+        if (!header_.has("test")) {
+            return true;
+        }
+        const auto name = cell("test");
+        if (std::find(tests_.begin(), tests_.end(), name) == tests_.end()) {
+            tests_.push_back(name);
+        }
+        return !test_ || name == *test_;
+    }
+
     void convert(FieldReading& reading, double amount, double distance) {
         const auto samples = FieldSamples::shared();
         if (readings_.amounts == StoredAmount::VolumeMl) {
@@ -223,6 +278,8 @@ private:
     const Header& header_;
     std::string source_;
     FieldReadings& readings_;
+    std::optional<std::string> test_;
+    std::vector<std::string> tests_;
     Pluviometro gauge_;
     const std::vector<std::string>* fields_ = nullptr;
     long line_ = 0;
@@ -241,6 +298,11 @@ std::vector<std::string> FieldReadingsCsv::fields(const std::string& row, const 
 }
 
 FieldReadings FieldReadingsCsv::read(const ReadingsText& text, std::optional<double> gaugeDiameterM) {
+    return readTest(text, gaugeDiameterM, std::nullopt);
+}
+
+FieldReadings FieldReadingsCsv::readTest(const ReadingsText& text, std::optional<double> gaugeDiameterM,
+                                         const std::optional<std::string>& test) {
     FieldReadings readings;
     std::optional<Header> header;
     std::optional<RowReader> rows;
@@ -252,11 +314,14 @@ FieldReadings FieldReadingsCsv::read(const ReadingsText& text, std::optional<dou
         const auto cells = fields(content, text.source, number);
         if (!header) {
             header.emplace(cells, text.source, number);
-            rows.emplace(*header, text.source, gaugeDiameterM, readings);
+            rows.emplace(*header, text.source, gaugeDiameterM, test, readings);
         } else {
             rows->read(cells, number);
         }
     });
+    if (rows) {
+        rows->checkTests();
+    }
     if (readings.readings.empty()) {
         throw ReadingsError(text.source, "holds no readings");
     }

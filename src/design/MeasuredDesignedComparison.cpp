@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace caudalis::design {
 
@@ -76,35 +77,85 @@ double MeasuredDesignedComparison::designedDepthAt(const DesignedMachine& machin
     return depth;
 }
 
-std::vector<OutletDifference> MeasuredDesignedComparison::outletDifferences(
+std::vector<MeasuredDesignedComparison::OutletFit> MeasuredDesignedComparison::coveredOutlets(
     const DesignComparison& comparison, const DesignedMachine& machine, double wettedRadiusM) {
-    struct Fit {
-        const DesignedOutlet* outlet;
-        double correlation;
-        double energy;
-    };
-    std::vector<Fit> fits;
+    std::vector<OutletFit> fits;
     double bestCovered = 0;
     for (const auto& outlet : machine.outlets) {
-        Fit fit{&outlet, 0, 0};
-        for (const auto& collector : comparison.collectors) {
-            if (collector.designedMm <= 0) {
-                continue;
-            }
+        OutletFit fit{&outlet, {}, 0, 0};
+        for (std::size_t c = 0; c < comparison.collectors.size(); ++c) {
+            const auto& collector = comparison.collectors[c];
             const double r = collector.reading.depth.distanceFromCenter;
-            const double g =
-                contribution(outlet, r, wettedRadiusM) * comparison.levelFactor / collector.designedMm;
-            fit.correlation += collector.differencePercent / 100 * g;
-            fit.energy += g * g;
+            const double g = collector.designedMm <= 0 ? 0
+                                                       : contribution(outlet, r, wettedRadiusM) *
+                                                             comparison.levelFactor / collector.designedMm;
+            if (g != 0) {
+                fit.shares.emplace_back(c, g);
+                fit.energy += g * g;
+            }
         }
         bestCovered = std::max(bestCovered, fit.energy);
-        fits.push_back(fit);
+        fits.push_back(std::move(fit));
     }
+    fits.erase(std::remove_if(fits.begin(), fits.end(),
+                              [&](const OutletFit& fit) {
+                                  return !(fit.energy > 0 && fit.energy >= minimumCoverage * bestCovered);
+                              }),
+               fits.end());
+    return fits;
+}
+
+namespace {
+
+double correlationOf(const std::vector<double>& residuals,
+                     const std::vector<std::pair<std::size_t, double>>& shares) {
+    double correlation = 0;
+    for (const auto& [collector, share] : shares) {
+        correlation += residuals[collector] * share;
+    }
+    return correlation;
+}
+
+}  // namespace
+
+void MeasuredDesignedComparison::fitInTurn(std::vector<OutletFit>& fits, std::vector<double> residuals) {
+    std::vector<OutletFit*> open;
+    for (auto& fit : fits) {
+        open.push_back(&fit);
+    }
+    while (!open.empty()) {
+        auto best = open.end();
+        double bestGain = -1;
+        double bestEstimate = 0;
+        for (auto it = open.begin(); it != open.end(); ++it) {
+            const double correlation = correlationOf(residuals, (*it)->shares);
+            const double estimate = std::max(-1.0, correlation / (*it)->energy);
+            const double gain = 2 * estimate * correlation - estimate * estimate * (*it)->energy;
+            if (gain > bestGain) {
+                bestGain = gain;
+                best = it;
+                bestEstimate = estimate;
+            }
+        }
+        (*best)->estimate = bestEstimate;
+        for (const auto& [collector, share] : (*best)->shares) {
+            residuals[collector] -= bestEstimate * share;
+        }
+        open.erase(best);
+    }
+}
+
+std::vector<OutletDifference> MeasuredDesignedComparison::outletDifferences(
+    const DesignComparison& comparison, const DesignedMachine& machine, double wettedRadiusM) {
+    auto fits = coveredOutlets(comparison, machine, wettedRadiusM);
+    std::vector<double> residuals;
+    for (const auto& collector : comparison.collectors) {
+        residuals.push_back(collector.designedMm <= 0 ? 0 : collector.differencePercent / 100);
+    }
+    fitInTurn(fits, residuals);
     std::vector<OutletDifference> outlets;
     for (const auto& fit : fits) {
-        if (fit.energy > 0 && fit.energy >= minimumCoverage * bestCovered) {
-            outlets.push_back({*fit.outlet, 100 * fit.correlation / fit.energy});
-        }
+        outlets.push_back({*fit.outlet, 100 * fit.estimate});
     }
     largestFirst(outlets, [](const OutletDifference& o) { return o.estimatedPercent; });
     return outlets;

@@ -26,6 +26,14 @@ std::optional<double> Uniformity::meanDepth(const BoundedArray<WaterDepthSample>
 }
 
 std::optional<double> Uniformity::heermannHein(const BoundedArray<WaterDepthSample>& samples) {
+    const auto formula = heermannHeinFormula(samples);
+    if (formula && *formula < 0) {
+        return std::nullopt;
+    }
+    return formula;
+}
+
+std::optional<double> Uniformity::heermannHeinFormula(const BoundedArray<WaterDepthSample>& samples) {
     const auto mean = meanDepth(samples);
     if (!mean) {
         return std::nullopt;

@@ -65,7 +65,10 @@ TEST_F(ProgramEvaluateTest, TwoPassesInOneFile) {
     expectPercent(together["du_lq_percent"]);
     expectPercent(together["cu_moving_average_percent"]);
     expectPercent(figures["lines_mean"]["cu_hh_percent"]);
-    EXPECT_GT(together["scheduling_coefficient"].get<double>(), 1);
+    EXPECT_GT(together["scheduling_coefficient_5_percent"].get<double>(), 1);
+    EXPECT_GE(together["scheduling_coefficient_1_percent"].get<double>(),
+              together["scheduling_coefficient_5_percent"].get<double>());
+    EXPECT_GT(together["mean_over_low_quarter_mean"].get<double>(), 1);
     EXPECT_TRUE(figures["comparison"].is_null());
     // The can at 230 m of the first line caught 30 % less.
     ASSERT_EQ(figures["outliers"].size(), 1u);
@@ -190,8 +193,10 @@ TEST_F(ProgramEvaluateTest, MeasuredBesideDesignedFindsTheDip) {
         evaluate(quoted(csv) + " --inner-radius 10 --timer 50 --design " + example("designs/small.json"));
     const auto& comparison = figures["comparison"];
     ASSERT_TRUE(comparison.is_object());
-    EXPECT_EQ(comparison["wetted_diameter_from"], "default");
-    EXPECT_DOUBLE_EQ(comparison["wetted_diameter_m"].get<double>(), 12);
+    // The design gives no wetted diameter; the catalogue's for the model fitted is taken, not the
+    // 12 m default.
+    EXPECT_EQ(comparison["wetted_diameter_from"], "the catalogue's Rotaflux RX Spinner");
+    EXPECT_DOUBLE_EQ(comparison["wetted_diameter_m"].get<double>(), 15);
     EXPECT_TRUE(comparison["outlets_resolved"].get<bool>());
     // The outlet at 60 m is outlet 4 of span 2 (spans of 48 m, outlets every 3 m).
     EXPECT_EQ(comparison["outlets"][0]["span"], 2);
@@ -237,7 +242,7 @@ TEST_F(ProgramEvaluateTest, StoredFiguresAreListedAndShown) {
     EXPECT_EQ(stored["second_line_readings"], 32);
     bool found = false;
     for (const auto& figure : stored["figures"]) {
-        if (figure["scope"] == "line 2" && figure["figure"] == "cu_hh_percent") {
+        if (figure["scope"] == "line west" && figure["figure"] == "cu_hh_percent") {
             EXPECT_DOUBLE_EQ(figure["value"].get<double>(),
                              figures["lines"][1]["figures"]["cu_hh_percent"].get<double>());
             found = true;
@@ -246,8 +251,33 @@ TEST_F(ProgramEvaluateTest, StoredFiguresAreListedAndShown) {
     EXPECT_TRUE(found);
     const auto text = run("evaluate show 1");
     EXPECT_NE(text.out.find("Evaluation 1: East 2025"), std::string::npos);
-    EXPECT_NE(text.out.find("settings  line 1 name"), std::string::npos);
+    // Labelled figures with their units, under the crew's line names.
+    EXPECT_NE(text.out.find("32 on line east, 32 on line west"), std::string::npos) << text.out;
+    EXPECT_NE(text.out.find("Line west:\n"), std::string::npos) << text.out;
+    EXPECT_NE(text.out.find(fmt::format("  {:<32}{:.2f}\n", "Mean depth (mm)",
+                                        figures["together"]["mean_depth_mm"].get<double>())),
+              std::string::npos)
+        << text.out;
+    EXPECT_NE(text.out.find("Scheduling coefficient 5 %"), std::string::npos);
+    EXPECT_EQ(text.out.find("mean_depth_mm"), std::string::npos) << text.out;
     expectFailure(run("evaluate show 7"), ExitCode::BadInput, "holds no evaluation 7");
+}
+
+TEST_F(ProgramEvaluateTest, OneTestOfThePublishedSheet) {
+    // The 14 published tests of tests/data/field (DOI 10.5281/zenodo.18495332), 80 mm collectors.
+    const auto sheet =
+        std::string(CAUDALIS_SOURCE_DIR) + "/tests/data/field/pivot-catch-cans-vicosa-2025.csv";
+    const auto figures = evaluate(quoted(sheet) + " --test QT_2 --gauge-diameter 0.08");
+    ASSERT_EQ(figures["lines"].size(), 2u);
+    EXPECT_EQ(figures["lines"][0]["name"], "A");
+    EXPECT_NEAR(figures["lines"][0]["figures"]["cu_hh_percent"].get<double>(), 90.344077, 0.5e-4);
+    EXPECT_NEAR(figures["lines"][1]["figures"]["cu_hh_percent"].get<double>(), 88.762901, 0.5e-4);
+    EXPECT_NEAR(figures["lines_mean"]["cu_hh_percent"].get<double>(), 89.553489, 0.5e-4);
+    expectFailure(run("evaluate " + quoted(sheet) + " --gauge-diameter 0.08"), ExitCode::BadInput,
+                  "holds 14 tests (QT_2, QT_3, Q0_E03");
+    const auto text = write("r.txt", "10 5\n");
+    expectFailure(run("evaluate " + quoted(text) + " --gauge-diameter 0.1 --test QT_2"), ExitCode::Usage,
+                  "--test selects one test of a CSV readings file with a test column");
 }
 
 TEST_F(ProgramEvaluateTest, InitAddsTheFiguresTableToAnOlderProject) {
@@ -284,6 +314,11 @@ TEST_F(ProgramEvaluateTest, TheShippedCrewSheetPointsAtItsLowOutlet) {
     EXPECT_EQ(figures["lines"][1]["name"], "west");
     ASSERT_EQ(figures["left_out"].size(), 7u);
     EXPECT_EQ(figures["left_out"][6]["crew_flag"], "tipped");
+    // The text names the crew's lines, not their numbers.
+    const auto text =
+        run("evaluate " + example("evaluations/small-2025.csv") + " --gauge-diameter 0.1 --inner-radius 10");
+    EXPECT_NE(text.out.find("left out: line west collector"), std::string::npos) << text.out;
+    EXPECT_EQ(text.out.find("left out: line 2"), std::string::npos) << text.out;
     EXPECT_EQ(figures["comparison"]["outlets"][0]["span"], 2);
     EXPECT_EQ(figures["comparison"]["outlets"][0]["outlet"], 4);
     EXPECT_EQ(figures["end_gun_zone"]["collectors"], 4);

@@ -119,13 +119,14 @@ TEST_F(ProgramStoredChartTest, EvaluateAgainstAChartFindsANozzleTwoSizesSmaller)
         caudalis::design::StoredChartDesign::rebuild(connectionTo("project.db"), file("catalogue.db"), 2);
     ASSERT_EQ(installed.missingNozzles, 0);
     const auto readings = write(
-        "crew.csv", synthesisedReadings(caudalis::design::DesignedMachineProfile::of(installed.result), 6));
+        "crew.csv", synthesisedReadings(caudalis::design::DesignedMachineProfile::of(installed.result), 7.5));
 
     const auto outcome = run("evaluate " + quoted(readings) + " --chart 1 --json");
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
     const auto comparison = nlohmann::json::parse(outcome.out)["comparison"];
     EXPECT_EQ(comparison["design_file"], "stored chart 1");
-    EXPECT_EQ(comparison["wetted_diameter_from"], "default");
+    // The sprinklers water 15 m across, as the catalogue gives for their model.
+    EXPECT_EQ(comparison["wetted_diameter_from"], "the catalogue's Rotaflux RX Spinner");
     EXPECT_EQ(comparison["outlets"][0]["span"], 2);
     // The dip is put on outlet 4 or its inner neighbour (the sample catalogue's sizes are close).
     EXPECT_GE(comparison["outlets"][0]["outlet"].get<int>(), 3);

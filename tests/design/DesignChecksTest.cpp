@@ -7,6 +7,10 @@
 #include "caudalis/design/DesignFile.hpp"
 #include "caudalis/design/DesignRunner.hpp"
 #include "caudalis/design/InMemoryNozzleSource.hpp"
+#include "caudalis/design/PlausibilityChecks.hpp"
+#include "caudalis/design/ReadingsText.hpp"
+#include "caudalis/design/StarvedRegulators.hpp"
+#include "caudalis/design/Uniformity.hpp"
 
 using namespace caudalis;
 using namespace caudalis::design;
@@ -161,4 +165,110 @@ TEST(DesignChecks, AMachineThatAppliesNoWaterHasNoUniformity) {
                                   [](const Finding& f) { return f.code == "low-uniformity"; });
     ASSERT_NE(low, findings.end());
     EXPECT_EQ(low->message, "the uniformity cannot be computed: the machine applies no water");
+}
+
+TEST(DesignChecks, StarvedRegulatorsGiveTheFiguresOfThePipePressure) {
+    // 43 psi typed as kPa at the inlet, 103 kPa regulators on every span: the march lets every
+    // regulated outlet act at 103 kPa on a pipe of far less.
+    auto design = example("realistic");
+    design.inletPressureKpa = 43;
+    regulateEverySpan(design, 103);
+    const auto result = run(design);
+    const auto* finding = findingOf(result, "figures-at-pipe-pressure");
+    ASSERT_NE(finding, nullptr);
+    EXPECT_EQ(finding->severity, Severity::Warning);
+    EXPECT_NE(finding->message.find("delivered flow, depth per revolution, CU, DU"), std::string::npos)
+        << finding->message;
+    ASSERT_FALSE(result.figuresAtPipePressure.empty());
+    long reworked = 0;
+    double delivered = 0;
+    for (const auto& row : result.outlets) {
+        delivered += row.outlet.caudal_do_aspersor;
+        if (!row.regulatorKpa) {
+            continue;
+        }
+        // No outlet acts above the pipe pressure, nor above its regulator's rating.
+        EXPECT_LE(row.outlet.pressao_actuante, std::max(0.0, row.outlet.pressao_real) + 1e-9);
+        EXPECT_LE(row.outlet.pressao_actuante, *row.regulatorKpa);
+        reworked += row.outlet.pressao_actuante < *row.regulatorKpa ? 1 : 0;
+    }
+    EXPECT_GT(reworked, 100);
+    EXPECT_NE(result.figuresAtPipePressure.front().find(std::to_string(reworked) + " outlets"),
+              std::string::npos);
+    // The summary's delivered flow is the outlets' flows, no longer the march's total.
+    EXPECT_NEAR(result.summary.computedFlowLps, delivered, 1e-9);
+    // The library's record keeps the march as it is: its regulated outlets act at the rating.
+    EXPECT_DOUBLE_EQ(result.machine.Tramos(2).Saidas(1).pressao_actuante, 103);
+}
+
+TEST(DesignChecks, RegulatorsThePipeFeedsChangeNoFigure) {
+    auto design = example("small");
+    regulateEverySpan(design, 100);
+    const auto result = run(design);
+    EXPECT_TRUE(result.figuresAtPipePressure.empty());
+    EXPECT_EQ(findingOf(result, "figures-at-pipe-pressure"), nullptr);
+    EXPECT_DOUBLE_EQ(StarvedRegulators::actingPressure(103, 35), 35);
+    EXPECT_DOUBLE_EQ(StarvedRegulators::actingPressure(103, 140), 103);
+    EXPECT_DOUBLE_EQ(StarvedRegulators::actingPressure(103, -12), 0);
+}
+
+TEST(DesignChecks, FiguresOutsideTheirTypicalRangesAreFound) {
+    // 20 kPa regulators and 4 l/s for the realistic machine's 57 ha: both typing mistakes.
+    auto design = example("realistic");
+    regulateEverySpan(design, 20);
+    design.designFlowLps = 4;
+    const auto result = run(design);
+    const auto* rating = findingOf(result, "regulator-rating-unusual");
+    ASSERT_NE(rating, nullptr);
+    EXPECT_EQ(rating->severity, Severity::Warning);
+    EXPECT_NE(rating->message.find("rated 20.0 kPa; regulators on pivots are rated 41.0 to 172.0 kPa"),
+              std::string::npos)
+        << rating->message;
+    const auto* capacity = findingOf(result, "flow-per-area-unusual");
+    ASSERT_NE(capacity, nullptr);
+    EXPECT_EQ(capacity->severity, Severity::Warning);
+    EXPECT_NE(capacity->message.find("0.07 l/s per ha irrigated, outside the usual 0.6 to 1.2: far enough"),
+              std::string::npos)
+        << capacity->message;
+    // No figure outside its range is given: a CU is 0 % or more, or none.
+    EXPECT_TRUE(!result.summary.uniformityCoefficient || *result.summary.uniformityCoefficient >= 0);
+    // The small example's 8 l/s on 2.9 ha is unusual, not a mistake: a note.
+    const auto small = run(example("small"));
+    const auto* note = findingOf(small, "flow-per-area-unusual");
+    ASSERT_NE(note, nullptr);
+    EXPECT_EQ(note->severity, Severity::Note);
+    EXPECT_EQ(findingOf(small, "regulator-rating-unusual"), nullptr);
+    EXPECT_EQ(findingOf(small, "depth-per-revolution-unusual"), nullptr);
+}
+
+TEST(DesignChecks, DepthPerRevolutionOutsideItsRange) {
+    auto design = example("small");
+    design.revolutionTimeH = 1;  // 12 h a revolution laid 11.9 mm: 1 h lays about 1 mm
+    const auto result = run(design);
+    const auto* depth = findingOf(result, "depth-per-revolution-unusual");
+    ASSERT_NE(depth, nullptr);
+    EXPECT_EQ(depth->severity, Severity::Warning) << depth->message;
+    EXPECT_EQ(PlausibilityChecks::outside(PlausibilityChecks::depthPerRevolutionMm, 12, "x", "y"),
+              std::nullopt);
+    EXPECT_EQ(PlausibilityChecks::outside(PlausibilityChecks::depthPerRevolutionMm, 30, "x", "y")->severity,
+              Severity::Note);
+}
+
+TEST(DesignChecks, ACuBelowZeroIsNoUniformity) {
+    auto result = run(example("small"));
+    // Every outlet dry but the last, which lays a great depth: the formula falls far below 0.
+    std::vector<WaterDepthSample> samples;
+    for (const auto& row : result.outlets) {
+        samples.push_back(WaterDepthSample{0, row.outlet.distanciaAoPivot, false});
+    }
+    samples.back().depth = 1000;
+    samples[samples.size() / 2].depth = 1;
+    const auto depths = ReadingsTextTools::oneBased(samples);
+    ASSERT_LT(*Uniformity::heermannHeinFormula(depths), 0);
+    EXPECT_FALSE(Uniformity::heermannHein(depths));
+    result.summary.uniformityCoefficient.reset();
+    result.summary.uniformityBelowZero = true;
+    const auto findings = DesignChecks::check(result, Units());
+    EXPECT_TRUE(hasFinding(findings, "uniformity-below-zero"));
+    EXPECT_FALSE(hasFinding(findings, "low-uniformity"));
 }

@@ -138,7 +138,7 @@ TEST(EvaluationPrintout, FiguresOfEachLineTheirMeanBothTogetherAndTheEndGunZone)
     EXPECT_EQ(cell(figures, "Collectors", 5), "2");
     EXPECT_EQ(cell(figures, "DU low quarter (%)", 4),
               EvaluationPrintout::figureText(input.result.together.duLowQuarter, 1));
-    EXPECT_EQ(cell(figures, "Scheduling coefficient", 3),
+    EXPECT_EQ(cell(figures, "Scheduling coefficient 5 %", 3),
               EvaluationPrintout::figureText(input.result.lineAverage.schedulingCoefficient, 2));
     // The end-gun zone (20 mm at 50 m, 10 mm at 55 m): mean (1000 + 550) / 105.
     EXPECT_EQ(cell(figures, "Mean depth (mm)", 5), "14.76");
@@ -157,7 +157,8 @@ TEST(EvaluationPrintout, LeftOutCollectorsWithTheirReasonAndOutliers) {
     const auto leftOut = EvaluationPrintout::leftOut(input.result);
     const auto& left = table(leftOut);
     ASSERT_EQ(left.rows.size(), 3u);
-    EXPECT_EQ(left.rows[0], (std::vector<std::string>{"1", "1", "4.00", "30.00", "inside the inner radius",
+    // The crew's name of the line, not its number.
+    EXPECT_EQ(left.rows[0], (std::vector<std::string>{"a", "1", "4.00", "30.00", "inside the inner radius",
                                                       "crew.csv line 2"}));
     EXPECT_EQ(left.rows[1][4], "struck out by the crew (tipped)");
     EXPECT_EQ(left.rows[2][4], "not a valid reading");
@@ -167,6 +168,7 @@ TEST(EvaluationPrintout, LeftOutCollectorsWithTheirReasonAndOutliers) {
     const auto& outliers = table(section);
     ASSERT_EQ(outliers.rows.size(), input.result.outliers.size());
     ASSERT_FALSE(outliers.rows.empty());
+    EXPECT_EQ(outliers.rows[0][0], "a");
     EXPECT_EQ(outliers.rows[0][2], "10.00");
     EXPECT_EQ(outliers.rows[0][4], "-33.3");
 }

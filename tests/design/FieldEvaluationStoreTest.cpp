@@ -72,7 +72,9 @@ TEST_F(FieldEvaluationStoreTest, DepthsAreStoredWithTheirFiguresAndComeBack) {
         return StoredFigure{};
     };
     EXPECT_DOUBLE_EQ(*value("together", "cu_hh_percent").value, *result.together.cuHeermannHein);
-    EXPECT_DOUBLE_EQ(*value("line 2", "cu_hh_percent").value, 100);
+    // Lines are kept under the crew's names, not their numbers.
+    EXPECT_DOUBLE_EQ(*value("line south", "cu_hh_percent").value, 100);
+    EXPECT_FALSE(value("line 2", "cu_hh_percent").value);
     // Line 2's two collectors have no low quarter, so the lines' mean has no DU: stored as null.
     EXPECT_FALSE(result.lineAverage.duLowQuarter);
     EXPECT_FALSE(value("lines", "du_lq_percent").value);
@@ -81,7 +83,7 @@ TEST_F(FieldEvaluationStoreTest, DepthsAreStoredWithTheirFiguresAndComeBack) {
     EXPECT_EQ(value("settings", "line 1 name").note, "north");
     EXPECT_DOUBLE_EQ(*value("settings", "expected_depth_mm").value, 12.5);
     EXPECT_FALSE(value("settings", "last_span_end_m").value);
-    EXPECT_EQ(value("crew", "1:3").note, "farmer's dog");
+    EXPECT_EQ(value("crew", "north:3").note, "farmer's dog");
 
     const auto listed = store.list();
     ASSERT_EQ(listed.size(), 1u);
@@ -107,6 +109,8 @@ TEST_F(FieldEvaluationStoreTest, VolumesKeepTheirGaugeAndOtherHostsEvaluationsAr
     const auto listed = store.list();
     ASSERT_EQ(listed.size(), 2u);
     EXPECT_FALSE(listed[0].cuHeermannHein);
-    EXPECT_TRUE(listed[1].cuHeermannHein);
+    EXPECT_EQ(listed[1].name, "Field 7");
+    // One full collector and one dry: the Heermann-Hein formula falls below 0, no CU is kept.
+    EXPECT_FALSE(listed[1].cuHeermannHein);
     EXPECT_TRUE(store.find(1)->figures.empty());
 }

@@ -121,10 +121,11 @@ TEST(FieldReadingsCsv, MessagesNameLineAndColumn) {
     EXPECT_EQ(csvMessage("distance_m,depth_mm\n10,\n"),
               "r.csv line 2, column 2 (depth_mm): empty; write the value (0 for a dry collector)");
     EXPECT_EQ(csvMessage("distance_m,depth_mm\n10,1,5\n"), "");
-    EXPECT_EQ(csvMessage("distance_m,deph_mm\n"),
-              "r.csv line 1, column 2 (deph_mm): unknown column; known columns are distance_m, distance_ft, "
-              "volume_ml, depth_mm, depth_in, collector_area_cm2, collector_area_in2, line, collector, flag, "
-              "note");
+    EXPECT_EQ(
+        csvMessage("distance_m,deph_mm\n"),
+        "r.csv line 1, column 2 (deph_mm): unknown column; known columns are distance_m, distance_ft, "
+        "volume_ml, depth_mm, depth_in, collector_area_cm2, collector_area_in2, line, test, collector, flag, "
+        "note");
     EXPECT_EQ(csvMessage("depth_mm\n"),
               "r.csv line 1: the header names no distance column (distance_m or distance_ft)");
     EXPECT_EQ(csvMessage("distance_m\n"),

@@ -190,3 +190,36 @@ TEST(MeasuredDesignedComparison, OutletsTheCollectorsBarelySeeAreNotEstimated) {
     EXPECT_TRUE(twenty);
     EXPECT_LT(comparison.outlets.size(), machine.outlets.size() / 2);
 }
+
+TEST(MeasuredDesignedComparison, TwoPluggedNeighboursReadNoLessThanNothing) {
+    // Outlets every 3 m from 3 to 90 m laying 10 mm each; on the crew's machine the outlets at
+    // 57 and 60 m are plugged. Collectors every 0.5 m, a wetted diameter of 12 m: four outlets
+    // wet each collector, so the dip under the two plugged ones is about half the depth over
+    // 9 m. Fitted one outlet at a time, each outlet under the dip took the whole of it
+    // (about -200 %); fitted together, the two plugged outlets read -100 % and none reads less.
+    DesignedMachine designed;
+    DesignedMachine installed;
+    for (int i = 1; i <= 30; ++i) {
+        const double r = 3.0 * i;
+        designed.outlets.push_back({1, i, false, r, 10, 3});
+        installed.outlets.push_back({1, i, false, r, (r == 57 || r == 60) ? 0.0 : 10.0, 3});
+    }
+    designed.spans.push_back({1, 0, 91});
+    std::vector<std::vector<FieldReading>> lines(1);
+    for (double r = 10; r <= 85; r += 0.5) {
+        FieldReading reading;
+        reading.depth =
+            WaterDepthSample{MeasuredDesignedComparison::designedDepthAt(installed, r, 6), r, false};
+        lines[0].push_back(reading);
+    }
+    const auto comparison = MeasuredDesignedComparison::compare(lines, designed, 12);
+    ASSERT_TRUE(comparison.outletsResolved);
+    ASSERT_GE(comparison.outlets.size(), 3u);
+    for (const auto& outlet : comparison.outlets) {
+        EXPECT_GE(outlet.estimatedPercent, -100) << outlet.outlet.radiusM;
+    }
+    const double first = comparison.outlets[0].outlet.radiusM;
+    const double second = comparison.outlets[1].outlet.radiusM;
+    EXPECT_TRUE((first == 57 && second == 60) || (first == 60 && second == 57)) << first << " " << second;
+    EXPECT_LT(comparison.outlets[1].estimatedPercent, -80);
+}

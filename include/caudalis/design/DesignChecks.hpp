@@ -19,7 +19,10 @@ namespace caudalis::design {
 /// - warning `discharge-off`: computed discharge off the design flow by more than the limit;
 /// - warning `low-uniformity`: Heermann-Hein CU under the design's minimum, or undefined;
 /// - note `outlets-plugged`: outlets that need less than the smallest rated nozzle gives;
-/// - note `nearest-size`: outlets fitted with the nearest size outside the tolerance.
+/// - note `nearest-size`: outlets fitted with the nearest size outside the tolerance;
+/// - warning `figures-at-pipe-pressure`: the figures `StarvedRegulators` gave at the pipe
+///   pressure rather than at the regulators' ratings;
+/// - the figures outside their typical ranges (`PlausibilityChecks`).
 /// Messages give figures in `units`.
 class DesignChecks {
 public:

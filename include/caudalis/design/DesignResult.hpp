@@ -76,6 +76,8 @@ struct DesignSummary {
     std::optional<double> idealDepthMm;
     std::vector<PeakRate> peakRates;
     std::optional<double> uniformityCoefficient;
+    /// The depths are so uneven that the Heermann-Hein formula falls below 0: no CU is given.
+    bool uniformityBelowZero = false;
     std::optional<double> idealUniformityCoefficient;
     std::optional<double> lowQuarterUniformity;
     std::optional<double> idealLowQuarterUniformity;
@@ -104,6 +106,9 @@ struct DesignResult {
     pivot machine;
     /// Pipe pressures, ground, timer table, depth per revolution, runoff, application profile.
     DesignAnalysis analysis;
+    /// The figures the design service gives at the pressure the pipe gives rather than at the
+    /// regulators' ratings, where regulators cannot reach theirs (`StarvedRegulators`).
+    std::vector<std::string> figuresAtPipePressure;
     /// The chart of the chosen nozzles with the design's accessories, ready to be stored.
     std::shared_ptr<CartaAspersores> chart;
 

@@ -63,6 +63,11 @@ struct FieldEvaluationResult {
     std::optional<double> appliedPercentOfExpected;
     /// The readings that count, per line and ordered by distance, as depths.
     std::vector<std::vector<FieldReading>> counted;
+    /// The crew's names of the lines, in the order of their numbers.
+    std::vector<std::string> lineNames;
+
+    /// The crew's name of line `line` (its number when the readings name none).
+    std::string lineName(int line) const { return lineNameOf(lineNames, line); }
 };
 
 }  // namespace caudalis::design

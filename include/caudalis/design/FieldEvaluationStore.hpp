@@ -16,7 +16,8 @@ namespace caudalis::design {
 
 /// One value kept beside an evaluation (a row of `pivot_evaluation_figures`).
 struct StoredFigure {
-    /// "together", "lines", "line 1", "line 2", "end gun", "settings" or "crew".
+    /// "together", "lines", "line NAME" (the crew's name of the line), "end gun", "settings" or
+    /// "crew" (figure "NAME:POSITION", the line and the collector's place in its stored readings).
     std::string scope;
     std::string figure;
     std::optional<double> value;

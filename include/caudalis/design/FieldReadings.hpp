@@ -36,6 +36,12 @@ struct FieldReading {
     long sourceLine = 0;
 };
 
+/// The name of line `line` (numbered from 1) among `names`; its number when it has none.
+inline std::string lineNameOf(const std::vector<std::string>& names, int line) {
+    const auto index = static_cast<std::size_t>(line - 1);
+    return line >= 1 && index < names.size() ? names[index] : std::to_string(line);
+}
+
 /// The readings of a field test on one or two radial lines.
 struct FieldReadings {
     std::vector<FieldReading> readings;
@@ -44,6 +50,8 @@ struct FieldReadings {
     StoredAmount amounts = StoredAmount::VolumeMl;
     /// The gauges' opening when the amounts are volumes (0 otherwise).
     double gaugeDiameterM = 0;
+
+    std::string lineName(int line) const { return lineNameOf(lineNames, line); }
 };
 
 }  // namespace caudalis::design

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "caudalis/design/FieldReadings.hpp"
@@ -46,7 +47,8 @@ struct CollectorComparison {
 struct OutletDifference {
     DesignedOutlet outlet;
     /// The least-squares estimate of 100 (delivered - designed) / designed from the collectors
-    /// the outlet wets.
+    /// the outlet wets, fitted together with its neighbours; never below -100 (a plugged
+    /// outlet delivers nothing, not less).
     double estimatedPercent = 0;
 };
 
@@ -86,11 +88,18 @@ struct DesignComparison {
 /// The end gun lays its depth evenly over its ring. With the measured depths m_c at the
 /// collectors and s = mean(m) / mean(D) (distance-weighted means), the relative difference at a
 /// collector is e_c = m_c / (s D(r_c)) - 1. An outlet whose flow is (1 + a_i) times its design
-/// changes e_c by a_i g_i(r_c), g_i(r) = d_i w_i r_i k(r - r_i) / (r D(r)); its estimate is the
-/// least-squares a_i = sum_c e_c g_i(r_c) / sum_c g_i(r_c)^2. Collectors far apart see some
-/// outlets only at the edge of their pattern, where a small difference would make a large
-/// estimate: an outlet is estimated only when sum_c g_i(r_c)^2 reaches `minimumCoverage` of
-/// the best-covered outlet's, and only when the collectors stand at most the wetted radius apart.
+/// changes e_c by a_i g_i(r_c), g_i(r) = d_i w_i r_i k(r - r_i) / (r D(r)). The least-squares
+/// estimate of one outlet alone, a_i = sum_c e_c g_i(r_c) / sum_c g_i(r_c)^2, is right for a
+/// single odd outlet but lays the whole of a wider dip (two plugged neighbours, a pattern wider
+/// than assumed) on every outlet under it: where four outlets share g_i of about 1/4 it read
+/// -130 % and worse. So the outlets are fitted in turn, the one that explains most of the
+/// remaining differences first: its a_i (bounded below by -1, since no outlet delivers less
+/// than nothing) is fixed and its part a_i g_i is taken off the differences before the next is
+/// fitted; collectors that cannot tell two neighbours apart leave the second one near 0.
+/// Collectors far apart see some outlets only at the edge of their pattern, where a small
+/// difference would make a large estimate: an outlet is estimated only when sum_c g_i(r_c)^2
+/// reaches `minimumCoverage` of the best-covered outlet's, and only when the collectors stand
+/// at most the wetted radius apart.
 class MeasuredDesignedComparison {
 public:
     static constexpr double minimumCoverage = 0.25;
@@ -104,6 +113,17 @@ public:
 private:
     static double medianSpacing(const std::vector<std::vector<FieldReading>>& lines);
     static double contribution(const DesignedOutlet& outlet, double radiusM, double wettedRadiusM);
+    /// An outlet's share g_i at the collectors it wets (by collector index) and its estimate
+    /// while it is fitted.
+    struct OutletFit {
+        const DesignedOutlet* outlet;
+        std::vector<std::pair<std::size_t, double>> shares;
+        double energy;
+        double estimate;
+    };
+    static std::vector<OutletFit> coveredOutlets(const DesignComparison& comparison,
+                                                 const DesignedMachine& machine, double wettedRadiusM);
+    static void fitInTurn(std::vector<OutletFit>& fits, std::vector<double> residuals);
     static std::vector<OutletDifference> outletDifferences(const DesignComparison& comparison,
                                                            const DesignedMachine& machine,
                                                            double wettedRadiusM);

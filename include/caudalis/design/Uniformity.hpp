@@ -14,8 +14,11 @@ class Uniformity {
 public:
     /// Weighted mean depth (`WaterDepths::Average`).
     static std::optional<double> meanDepth(const BoundedArray<WaterDepthSample>& samples);
-    /// Heermann-Hein coefficient: 100 * (1 - sum |d_i - mean| r_i / sum d_i r_i), in %.
+    /// Heermann-Hein coefficient: 100 * (1 - sum |d_i - mean| r_i / sum d_i r_i), in %; empty
+    /// when the formula falls below 0, which is no uniformity.
     static std::optional<double> heermannHein(const BoundedArray<WaterDepthSample>& samples);
+    /// The Heermann-Hein formula as it comes, which very uneven depths take below 0.
+    static std::optional<double> heermannHeinFormula(const BoundedArray<WaterDepthSample>& samples);
     /// Weighted mean depth of the driest quarter (`WaterDepths::LowQuarter`).
     static std::optional<double> lowQuarterMean(const BoundedArray<WaterDepthSample>& samples);
     /// Low-quarter distribution uniformity: 100 * mean(low quarter) / mean(all), in %.

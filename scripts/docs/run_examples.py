@@ -1,6 +1,6 @@
 """Runs every command and code block of README.md and docs/ so that they cannot drift from the
 program: each page in a scratch folder of its own, which is also $HOME (new databases; the
-repository's examples/ and data/ and the build tree as build/ beside them), with the built
+repository's examples/, data/ and tests/ and the build tree as build/ beside them), with the built
 `caudalis` first on PATH and the built Python package importable.
 
   ```sh / ```bash   run with bash -e; must succeed
@@ -190,7 +190,7 @@ def main():
     for page in pages(source, sys.argv[3:]):
         with tempfile.TemporaryDirectory(prefix="caudalis-docs-") as scratch:
             folder = pathlib.Path(scratch)
-            for name in ("examples", "data"):
+            for name in ("examples", "data", "tests"):
                 (folder / name).symlink_to(source / name)
             (folder / "build").symlink_to(build)
             env["HOME"] = scratch

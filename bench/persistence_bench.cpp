@@ -1,7 +1,9 @@
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
+#include <array>
 #include <chrono>
+#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -143,14 +145,19 @@ public:
         sqlite3_open_v2(file_.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI,
                         nullptr);
         for (const std::string& sql : statements_) {
-            sqlite3_stmt* statement = nullptr;
-            sqlite3_prepare_v2(db, sql.c_str(), static_cast<int>(sql.size() + 1), &statement, nullptr);
-            while (sqlite3_step(statement) == SQLITE_ROW) {
-                readRow(statement);
-            }
-            sqlite3_finalize(statement);
+            runOne(db, sql);
         }
         sqlite3_close_v2(db);
+    }
+
+    /// Prepares `sql`, steps it to the end reading every row, and finalizes it.
+    static void runOne(sqlite3* db, const std::string& sql) {
+        sqlite3_stmt* statement = nullptr;
+        sqlite3_prepare_v2(db, sql.c_str(), static_cast<int>(sql.size() + 1), &statement, nullptr);
+        while (sqlite3_step(statement) == SQLITE_ROW) {
+            readRow(statement);
+        }
+        sqlite3_finalize(statement);
     }
 
 private:
@@ -175,6 +182,62 @@ private:
 
     std::string file_;
     std::vector<std::string> statements_;
+};
+
+/// The prepared yardstick of chart persistence: the captured statements run as `RawStatements`
+/// does (on a connection with the catalogue attached as the library attaches it), except the
+/// rows of the mounted sprinklers, which go through ONE prepared INSERT with their four numbers
+/// bound per row.
+class PreparedRawStatements {
+public:
+    PreparedRawStatements(std::string file, std::string catalogue, const std::vector<std::string>& statements)
+        : file_(std::move(file)), catalogue_(std::move(catalogue)) {
+        for (const std::string& sql : statements) {
+            std::array<long long, 4> numbers{};
+            if (std::sscanf(sql.c_str(),
+                            "INSERT INTO tb_aspersores (tramo,saida,id_aspersor,id_carta) values "
+                            "(%lld,%lld,%lld,%lld)",
+                            &numbers[0], &numbers[1], &numbers[2], &numbers[3]) == 4) {
+                steps_.push_back({{}, numbers});
+            } else if (!sql.starts_with("ATTACH")) {
+                steps_.push_back({sql, {}});
+            }
+        }
+    }
+
+    void run() const {
+        sqlite3* db = nullptr;
+        sqlite3_open_v2(file_.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI,
+                        nullptr);
+        RawStatements::runOne(db, "ATTACH DATABASE '" + catalogue_ + "' AS jet_file_1");
+        sqlite3_stmt* row = nullptr;
+        sqlite3_prepare_v2(db,
+                           "INSERT INTO tb_aspersores (tramo,saida,id_aspersor,id_carta) values (?,?,?,?)",
+                           -1, &row, nullptr);
+        for (const Step& step : steps_) {
+            if (!step.sql.empty()) {
+                RawStatements::runOne(db, step.sql);
+                continue;
+            }
+            for (std::size_t i = 0; i < step.numbers.size(); ++i) {
+                sqlite3_bind_int64(row, static_cast<int>(i + 1), step.numbers[i]);
+            }
+            sqlite3_step(row);
+            sqlite3_reset(row);
+        }
+        sqlite3_finalize(row);
+        sqlite3_close_v2(db);
+    }
+
+private:
+    struct Step {
+        std::string sql;
+        std::array<long long, 4> numbers;
+    };
+
+    std::string file_;
+    std::string catalogue_;
+    std::vector<Step> steps_;
 };
 
 /// `saveAsNew` and `find` of a chart of 600 sprinklers beside raw SQLite running the statement
@@ -218,6 +281,37 @@ void BM_ChartSaveAndFindAgainstRawSqlite(benchmark::State& state) {
     state.counters["statements"] = static_cast<double>(saveStatements.size() + findStatements.size());
 }
 BENCHMARK(BM_ChartSaveAndFindAgainstRawSqlite)->Unit(benchmark::kMillisecond);
+
+/// `saveAsNew` and `find` of a chart of 600 sprinklers beside raw SQLite with one prepared
+/// statement bound per sprinkler row. `steps` counts the yardstick's statements besides those rows.
+void BM_ChartSaveAndFindAgainstPreparedSqlite(benchmark::State& state) {
+    BenchDatabases databases;
+    const auto catalogue = AspersoresStatic().find(databases.catalogueConnection());
+    auto chart = chartOf(600, catalogue);
+    const CartaAspersoresStatic charts;
+    Long system = 0;
+    std::vector<std::string> statements;
+    {
+        const StatementCapture capture;
+        charts.saveAsNew(databases.projectConnection(), ++system, *chart);
+        charts.find(databases.projectConnection(), databases.catalogueFile(),
+                    static_cast<Integer>(chart->id()));
+        statements = capture.statements();
+    }
+    const PreparedRawStatements prepared(databases.projectFile(), databases.catalogueFile(), statements);
+    bench::PairedTiming timing;
+    for (auto _ : state) {
+        timing.library([&] {
+            charts.saveAsNew(databases.projectConnection(), ++system, *chart);
+            benchmark::DoNotOptimize(charts.find(databases.projectConnection(), databases.catalogueFile(),
+                                                 static_cast<Integer>(chart->id())));
+        });
+        timing.yardstick([&] { prepared.run(); });
+        timing.addUnits(1);
+    }
+    timing.report(state);
+}
+BENCHMARK(BM_ChartSaveAndFindAgainstPreparedSqlite)->Unit(benchmark::kMillisecond);
 
 /// A stored chart computed again (`StoredChartDesign::rebuild`: the chart and its design read
 /// back, the machine computed with the stored nozzles), beside its yardstick, the design run

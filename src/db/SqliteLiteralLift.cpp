@@ -1,6 +1,5 @@
 #include "SqliteLiteralLift.hpp"
 
-#include <cctype>
 #include <charconv>
 
 namespace caudalis {
@@ -21,10 +20,17 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
 /// A character that may continue an identifier or a keyword (bytes of UTF-8 sequences too).
 bool isWordCharacter(char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return std::isalnum(byte) != 0 || c == '_' || c == '$' || byte >= 0x80;
+    return isLetter(c) || isDigit(c) || c == '_' || c == '$' || static_cast<unsigned char>(c) >= 0x80;
+}
+
+char upper(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
 bool sameWord(std::string_view word, std::string_view keyword) {
@@ -32,7 +38,7 @@ bool sameWord(std::string_view word, std::string_view keyword) {
         return false;
     }
     for (std::size_t i = 0; i < word.size(); ++i) {
-        if (std::toupper(static_cast<unsigned char>(word[i])) != keyword[i]) {
+        if (upper(word[i]) != keyword[i]) {
             return false;
         }
     }

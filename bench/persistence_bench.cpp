@@ -240,37 +240,47 @@ private:
     std::vector<Step> steps_;
 };
 
+/// A chart of 600 sprinklers with databases to save it in and find it from, and the statement
+/// texts SQLite runs for that.
+class ChartRoundTrip {
+public:
+    ChartRoundTrip() : chart_(chartOf(600, AspersoresStatic().find(databases_.catalogueConnection()))) {}
+
+    void save() { charts_.saveAsNew(databases_.projectConnection(), ++system_, *chart_); }
+    void find() const {
+        benchmark::DoNotOptimize(charts_.find(databases_.projectConnection(), databases_.catalogueFile(),
+                                              static_cast<Integer>(chart_->id())));
+    }
+    /// The statements `work` makes SQLite run.
+    template <class Work>
+    static std::vector<std::string> statementsOf(Work&& work) {
+        const StatementCapture capture;
+        work();
+        return capture.statements();
+    }
+    const BenchDatabases& databases() const noexcept { return databases_; }
+
+private:
+    BenchDatabases databases_;
+    std::shared_ptr<CartaAspersores> chart_;
+    CartaAspersoresStatic charts_;
+    Long system_ = 0;
+};
+
 /// `saveAsNew` and `find` of a chart of 600 sprinklers beside raw SQLite running the statement
 /// texts that the first save and find ran.
 void BM_ChartSaveAndFindAgainstRawSqlite(benchmark::State& state) {
-    BenchDatabases databases;
-    const auto catalogue = AspersoresStatic().find(databases.catalogueConnection());
-    auto chart = chartOf(600, catalogue);
-    const CartaAspersoresStatic charts;
-    Long system = 0;
-    auto saveAndFind = [&] {
-        charts.saveAsNew(databases.projectConnection(), ++system, *chart);
-        benchmark::DoNotOptimize(charts.find(databases.projectConnection(), databases.catalogueFile(),
-                                             static_cast<Integer>(chart->id())));
-    };
-    std::vector<std::string> saveStatements;
-    std::vector<std::string> findStatements;
-    {
-        const StatementCapture capture;
-        charts.saveAsNew(databases.projectConnection(), ++system, *chart);
-        saveStatements = capture.statements();
-    }
-    {
-        const StatementCapture capture;
-        charts.find(databases.projectConnection(), databases.catalogueFile(),
-                    static_cast<Integer>(chart->id()));
-        findStatements = capture.statements();
-    }
-    const RawStatements rawSave(databases.projectFile(), saveStatements);
-    const RawStatements rawFind(databases.projectFile(), findStatements);
+    ChartRoundTrip trip;
+    const auto saveStatements = ChartRoundTrip::statementsOf([&] { trip.save(); });
+    const auto findStatements = ChartRoundTrip::statementsOf([&] { trip.find(); });
+    const RawStatements rawSave(trip.databases().projectFile(), saveStatements);
+    const RawStatements rawFind(trip.databases().projectFile(), findStatements);
     bench::PairedTiming timing;
     for (auto _ : state) {
-        timing.library(saveAndFind);
+        timing.library([&] {
+            trip.save();
+            trip.find();
+        });
         timing.yardstick([&] {
             rawSave.run();
             rawFind.run();
@@ -283,28 +293,20 @@ void BM_ChartSaveAndFindAgainstRawSqlite(benchmark::State& state) {
 BENCHMARK(BM_ChartSaveAndFindAgainstRawSqlite)->Unit(benchmark::kMillisecond);
 
 /// `saveAsNew` and `find` of a chart of 600 sprinklers beside raw SQLite with one prepared
-/// statement bound per sprinkler row. `steps` counts the yardstick's statements besides those rows.
+/// statement bound per sprinkler row.
 void BM_ChartSaveAndFindAgainstPreparedSqlite(benchmark::State& state) {
-    BenchDatabases databases;
-    const auto catalogue = AspersoresStatic().find(databases.catalogueConnection());
-    auto chart = chartOf(600, catalogue);
-    const CartaAspersoresStatic charts;
-    Long system = 0;
-    std::vector<std::string> statements;
-    {
-        const StatementCapture capture;
-        charts.saveAsNew(databases.projectConnection(), ++system, *chart);
-        charts.find(databases.projectConnection(), databases.catalogueFile(),
-                    static_cast<Integer>(chart->id()));
-        statements = capture.statements();
-    }
-    const PreparedRawStatements prepared(databases.projectFile(), databases.catalogueFile(), statements);
+    ChartRoundTrip trip;
+    const auto statements = ChartRoundTrip::statementsOf([&] {
+        trip.save();
+        trip.find();
+    });
+    const PreparedRawStatements prepared(trip.databases().projectFile(), trip.databases().catalogueFile(),
+                                         statements);
     bench::PairedTiming timing;
     for (auto _ : state) {
         timing.library([&] {
-            charts.saveAsNew(databases.projectConnection(), ++system, *chart);
-            benchmark::DoNotOptimize(charts.find(databases.projectConnection(), databases.catalogueFile(),
-                                                 static_cast<Integer>(chart->id())));
+            trip.save();
+            trip.find();
         });
         timing.yardstick([&] { prepared.run(); });
         timing.addUnits(1);

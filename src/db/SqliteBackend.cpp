@@ -5,6 +5,8 @@
 #include <cctype>
 
 #include "SqliteCursor.hpp"
+#include "SqliteLiteralLift.hpp"
+#include "SqliteStatementCache.hpp"
 #include "caudalis/db/DatabaseErrors.hpp"
 #include "caudalis/db/SqliteDialect.hpp"
 
@@ -45,7 +47,8 @@ void SqliteBackend::Closer::operator()(sqlite3* db) const noexcept {
     sqlite3_close_v2(db);
 }
 
-SqliteBackend::SqliteBackend(const std::string& path) {
+SqliteBackend::SqliteBackend(const std::string& path)
+    : statements_(std::make_unique<SqliteStatementCache>()) {
     sqlite3* db = nullptr;
     const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI;
     const int rc = sqlite3_open_v2(path.c_str(), &db, flags, nullptr);
@@ -67,6 +70,16 @@ SqliteBackend::~SqliteBackend() {
 std::unique_ptr<DatabaseCursor> SqliteBackend::execute(const JetStatement& statement) {
     const SqliteDialect dialect([this](const std::string& path) { return schemaForFile(path); });
     const std::string sql = dialect.rewrite(statement);
+    if (const auto lifted = SqliteLiteralLift::of(sql)) {
+        auto handle =
+            statements_->lend(lifted->shape(), [this](const std::string& text) { return prepare(text); });
+        lifted->bind(handle.get());
+        return std::make_unique<SqliteCursor>(db_.get(), std::move(handle));
+    }
+    return std::make_unique<SqliteCursor>(db_.get(), prepare(sql));
+}
+
+SqliteStatementHandle SqliteBackend::prepare(const std::string& sql) {
     sqlite3_stmt* prepared = nullptr;
     const char* tail = nullptr;
     if (sqlite3_prepare_v2(db_.get(), sql.c_str(), static_cast<int>(sql.size() + 1), &prepared, &tail) !=
@@ -80,7 +93,7 @@ std::unique_ptr<DatabaseCursor> SqliteBackend::execute(const JetStatement& state
     if (tail != nullptr && JetStatement(tail).holdsStatement()) {
         raiseDatabaseError(DatabaseError::CharactersAfterStatement);
     }
-    return std::make_unique<SqliteCursor>(db_.get(), std::move(handle));
+    return handle;
 }
 
 void SqliteBackend::beginTransaction() {

@@ -22,6 +22,20 @@ std::string columnText(sqlite3_stmt* statement, int column) {
 
 }  // namespace
 
+SqliteCachedStatement::~SqliteCachedStatement() {
+    sqlite3_finalize(statement);
+}
+
+void SqliteStatementFinalizer::operator()(sqlite3_stmt* statement) const noexcept {
+    if (!lentFrom) {
+        sqlite3_finalize(statement);
+        return;
+    }
+    sqlite3_reset(statement);
+    sqlite3_clear_bindings(statement);
+    lentFrom->lent = false;
+}
+
 SqliteCursor::SqliteCursor(sqlite3* db, SqliteStatementHandle statement)
     : db_(db), statement_(std::move(statement)) {
     step();

@@ -8,9 +8,22 @@
 
 namespace caudalis {
 
-/// Owns a prepared SQLite statement and finalizes it.
+/// A prepared statement kept by a `SqliteStatementCache`, and whether it is lent out.
+struct SqliteCachedStatement {
+    SqliteCachedStatement() = default;
+    SqliteCachedStatement(const SqliteCachedStatement&) = delete;
+    SqliteCachedStatement& operator=(const SqliteCachedStatement&) = delete;
+    ~SqliteCachedStatement();
+
+    sqlite3_stmt* statement = nullptr;
+    bool lent = false;
+};
+
+/// Releases a prepared SQLite statement: finalizes one of its own, or resets a statement lent
+/// by a cache, clears its bindings and hands it back.
 struct SqliteStatementFinalizer {
-    void operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
+    std::shared_ptr<SqliteCachedStatement> lentFrom;
+    void operator()(sqlite3_stmt* statement) const noexcept;
 };
 using SqliteStatementHandle = std::unique_ptr<sqlite3_stmt, SqliteStatementFinalizer>;
 

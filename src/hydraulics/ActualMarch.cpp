@@ -69,7 +69,7 @@ void ActualMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double
     aTramo.exit_condition = walk.exitConditions(walk.endStretchFriction(roughness));
 }
 
-double ActualMarch::nextDropLoss(double required) {
+inline double ActualMarch::nextDropLoss(double required) {
     const auto requiredBits = std::bit_cast<std::uint64_t>(required);
     const std::size_t outlet = outletOfPass_++;
     if (outlet < knownDropLosses_.size() && knownDropLosses_[outlet].requiredBits == requiredBits) {
@@ -83,7 +83,7 @@ double ActualMarch::nextDropLoss(double required) {
     return loss;
 }
 
-void ActualMarch::evaluateSaida(saida& outlet, Double pReal, Double pAct) {
+inline void ActualMarch::evaluateSaida(saida& outlet, Double pReal, Double pAct) {
     outlet.pressao_real = pReal;
     outlet.pressao_actuante = pAct;
     if (!chooser_) {

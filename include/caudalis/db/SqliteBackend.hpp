@@ -7,8 +7,12 @@
 #include "caudalis/db/DatabaseBackend.hpp"
 
 struct sqlite3;
+struct sqlite3_stmt;
 
 namespace caudalis {
+
+class SqliteStatementCache;
+struct SqliteStatementFinalizer;
 
 /// The embedded SQLite engine. The database file is created when missing (":memory:" gives a
 /// private in-memory database); a second connection to the same file waits up to
@@ -37,11 +41,16 @@ private:
     };
 
     void run(const char* sql);
+    /// `sql` prepared as a statement of its own; raises when it does not hold exactly one.
+    std::unique_ptr<sqlite3_stmt, SqliteStatementFinalizer> prepare(const std::string& sql);
     std::string schemaForFile(const std::string& path);
     void attach(const std::string& path, const std::string& schema);
 
     std::unique_ptr<sqlite3, Closer> db_;
     std::map<std::string, std::string> attached_;
+    /// INSERT ... VALUES statements of plain literals, prepared once per shape (see
+    /// `SqliteLiteralLift`).
+    std::unique_ptr<SqliteStatementCache> statements_;
 };
 
 }  // namespace caudalis

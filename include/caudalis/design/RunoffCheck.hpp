@@ -77,6 +77,14 @@ public:
     static constexpr double runoffThresholdMm = 0.05;
 
 private:
+    /// Adds up the runoff of an application of `duration` hours into `estimate`.
+    void integrate(RunoffEstimate& estimate, double duration) const;
+    /// The applied rate less the intake rate at `hours`.
+    double excessAt(const RunoffEstimate& estimate, double duration, double hours) const;
+    /// True when at no step `first`..`last` can the applied rate exceed the intake rate.
+    bool blockStaysBelowIntake(const RunoffEstimate& estimate, double duration, double step, int first,
+                               int last) const;
+
     KostiakovParameters soil_;
     double revolutionTimeH_;
 };

@@ -6,6 +6,7 @@
 #include "caudalis/db/DatabaseBackend.hpp"
 #include "caudalis/db/DatabaseErrors.hpp"
 #include "caudalis/db/JetStatement.hpp"
+#include "StatementCountdown.hpp"
 #include "caudalis/db/StatementGuard.hpp"
 
 namespace caudalis {
@@ -56,15 +57,18 @@ std::shared_ptr<Recordset> Connection::Execute(const std::string& sql) {
     statement.requireSingleStatement();
     auto rows = std::make_shared<Recordset>(engine.execute(statement));
     unread_ = rows;
+    StatementCountdown::afterStatement();
     return rows;
 }
 
 void Connection::BeginTrans() {
     backend().beginTransaction();
+    StatementCountdown::afterStatement();
 }
 
 void Connection::CommitTrans() {
     backend().commitTransaction();
+    StatementCountdown::afterStatement();
 }
 
 void Connection::RollbackTrans() {

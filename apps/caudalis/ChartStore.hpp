@@ -41,8 +41,8 @@ public:
     virtual void requireNameIsFree(const std::string& name, Long system) = 0;
     /// Stores the chart under `name` as a new chart of `system`, with the design's figures
     /// beside it, and returns its key. Chart and figures are stored together or not at all.
-    virtual Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name, Long system,
-                           const design::ChartFigures& figures) = 0;
+    virtual Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name,
+                           Long system, const design::ChartFigures& figures) = 0;
     /// The charts of `system`, or of every system.
     virtual std::vector<StoredChart> list(std::optional<Long> system) = 0;
     /// The chart `id`; raises `InputError` when there is none.

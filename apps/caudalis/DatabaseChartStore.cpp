@@ -54,7 +54,8 @@ void DatabaseChartStore::requireNameIsFree(const std::string& name, Long system)
     }
 }
 
-void DatabaseChartStore::storeTogether(CartaAspersores& chart, Long system, const design::ChartFigures& figures) {
+void DatabaseChartStore::storeTogether(CartaAspersores& chart, Long system,
+                                       const design::ChartFigures& figures) {
     // Whatever fails, or however the process ends, before the commit, the connection's
     // transaction is abandoned with it and the project database keeps nothing of the chart.
     Connection project(project_.connectionString());

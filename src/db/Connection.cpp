@@ -2,11 +2,11 @@
 
 #include <utility>
 
+#include "StatementCountdown.hpp"
 #include "caudalis/db/ConnectionSettings.hpp"
 #include "caudalis/db/DatabaseBackend.hpp"
 #include "caudalis/db/DatabaseErrors.hpp"
 #include "caudalis/db/JetStatement.hpp"
-#include "StatementCountdown.hpp"
 #include "caudalis/db/StatementGuard.hpp"
 
 namespace caudalis {

@@ -72,7 +72,8 @@ std::string TableSchema::updateSQL(const BoundedArray<Variant>& values, const Va
     const BoundedArray<Variant>& campos = columns();
     BoundedArray<std::string> terms;
     for (Integer i = Variant(campos.lbound()).toInteger(); i <= campos.ubound(); i = nextIndex(i)) {
-        Arrays::shared()->Push(terms, campos(i).toString() + " = " + valueText(values(i), campos(i).toString()));
+        Arrays::shared()->Push(terms,
+                               campos(i).toString() + " = " + valueText(values(i), campos(i).toString()));
     }
     return "UPDATE " + nome_ + " SET " + join(terms, ",") + " WHERE " + field_id_ + " = " + id.toString();
 }

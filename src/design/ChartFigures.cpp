@@ -90,7 +90,8 @@ ChartFigures::SideTables ChartFigures::sideTablesOf(Connection& project) {
     return {hasSideTables(project), hasTable(project, "chart_design")};
 }
 
-void ChartFigures::replace(Connection& project, Long chartId, const ChartFigures& figures, SideTables tables) {
+void ChartFigures::replace(Connection& project, Long chartId, const ChartFigures& figures,
+                           SideTables tables) {
     const auto id = std::to_string(chartId);
     deleteRows(project, id, tables.design);
     insertRows(project, id, figures);

@@ -78,8 +78,8 @@ private:
 
 /// The tables that hold a chart's rows, with the column that names the chart.
 const std::map<std::string, std::string> chartTables = {
-    {"tb_aspersores", "id_carta"},        {"tb_indicadores", "id_carta"},   {"tb_pluviometria", "id_carta"},
-    {"tb_reguladores", "id_carta"},       {"tb_drop", "carta_id"},          {"chart_speed_table", "id_carta"},
+    {"tb_aspersores", "id_carta"},        {"tb_indicadores", "id_carta"}, {"tb_pluviometria", "id_carta"},
+    {"tb_reguladores", "id_carta"},       {"tb_drop", "carta_id"},        {"chart_speed_table", "id_carta"},
     {"chart_outlet_figures", "id_carta"}, {"chart_design", "id_carta"},
 };
 
@@ -110,7 +110,8 @@ public:
     ~SaveTarget() {
         for (const auto& schema : schemas_) {
             try {
-                caudalis::testing::executeOn(server_ + " dbname=postgres", "DROP SCHEMA IF EXISTS " + schema + " CASCADE");
+                caudalis::testing::executeOn(server_ + " dbname=postgres",
+                                             "DROP SCHEMA IF EXISTS " + schema + " CASCADE");
             } catch (...) {
                 // The server is thrown away after the tests anyway.
             }
@@ -120,7 +121,9 @@ public:
     SaveTarget& operator=(const SaveTarget&) = delete;
 
     Running save(const std::string& name, const std::string& environment = "") const {
-        return Running(folder.path(), "design '" + caudalis::testing::sourcePath("examples/designs/small.json") + "'" + arguments_ + " --save '" + name + "'",
+        return Running(folder.path(),
+                       "design '" + caudalis::testing::sourcePath("examples/designs/small.json") + "'" +
+                           arguments_ + " --save '" + name + "'",
                        environment);
     }
 
@@ -132,7 +135,8 @@ public:
         RowCounts counts;
         for (const auto& [table, key] : chartTables) {
             auto& ofTable = counts[table];
-            for (auto rs = con.Execute("SELECT " + key + " AS id, count(*) AS n FROM " + table + " GROUP BY " + key);
+            for (auto rs = con.Execute("SELECT " + key + " AS id, count(*) AS n FROM " + table +
+                                       " GROUP BY " + key);
                  !rs->EOF_(); rs->MoveNext()) {
                 ofTable[rs->Fields("id").toLong()] = rs->Fields("n").toLong();
             }
@@ -169,7 +173,8 @@ public:
         for (const auto& [table, perChart] : counts) {
             for (const auto& [id, rows] : perChart) {
                 if (!ids.count(id)) {
-                    found += std::to_string(rows) + " rows of no chart (" + std::to_string(id) + ") in " + table + "; ";
+                    found += std::to_string(rows) + " rows of no chart (" + std::to_string(id) + ") in " +
+                             table + "; ";
                 }
             }
         }
@@ -187,7 +192,8 @@ private:
         // process is rolled back first.
         sqlite3* db = nullptr;
         std::string result = "cannot open";
-        if (sqlite3_open_v2(folder.file("project.db").c_str(), &db, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK) {
+        if (sqlite3_open_v2(folder.file("project.db").c_str(), &db, SQLITE_OPEN_READWRITE, nullptr) ==
+            SQLITE_OK) {
             sqlite3_busy_timeout(db, 5000);
             sqlite3_stmt* check = nullptr;
             sqlite3_prepare_v2(db, "PRAGMA integrity_check", -1, &check, nullptr);
@@ -311,12 +317,14 @@ TEST_P(InterruptedSave, KilledAfterAnyStatementOrAtRandomTheSaveIsWholeOrAbsent)
     }
     EXPECT_GE(trials.kills(), 200);
     std::cout << "[ figures  ] " << caudalis::testing::engineName(GetParam()) << ": " << statements
-              << " statements a save, " << trials.kills() << " kills (" << swept << " one after each statement, "
-              << trials.kills() - swept << " at random), " << trials.committed()
-              << " of them after the commit; a save takes " << trials.duration().count() / 1000 << " ms\n";
+              << " statements a save, " << trials.kills() << " kills (" << swept
+              << " one after each statement, " << trials.kills() - swept << " at random), "
+              << trials.committed() << " of them after the commit; a save takes "
+              << trials.duration().count() / 1000 << " ms\n";
 }
 
-INSTANTIATE_TEST_SUITE_P(Engines, InterruptedSave, caudalis::testing::allEngines(), caudalis::testing::EngineNamer());
+INSTANTIATE_TEST_SUITE_P(Engines, InterruptedSave, caudalis::testing::allEngines(),
+                         caudalis::testing::EngineNamer());
 
 TEST(InterruptedSaveOnServer, AServerStoppedMidSaveKeepsNoChartOfACommandThatFailed) {
     // A server of this test's own, since it is stopped again and again.

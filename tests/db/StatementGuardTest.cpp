@@ -70,7 +70,10 @@ TEST(StatementGuard, ADoubledQuoteInAValueIsRefusedSinceItWouldBeStoredAsOne) {
     // A template's own doubled quote is the template's business.
     EXPECT_EQ(filled("nome='it''s ?'", {Variant("fine")}), "nome='it''s fine'");
     // Other apostrophes are ordinary text.
-    EXPECT_EQ(filled("nome='?'", {Variant("O\xE2\x80\x99" "Brien")}), "nome='O\xE2\x80\x99" "Brien'");
+    EXPECT_EQ(filled("nome='?'", {Variant("O\xE2\x80\x99"
+                                          "Brien")}),
+              "nome='O\xE2\x80\x99"
+              "Brien'");
     EXPECT_EQ(filled("nome=\"?\"", {Variant("O'Brien")}), "nome=\"O'Brien\"");
 }
 
@@ -118,9 +121,11 @@ TEST(StatementGuard, TableSchemaNamesTheColumnOfARefusedValue) {
         return std::string();
     };
     EXPECT_NE(message([&] { schema->insertSQL(values); }).find("The value for b holds '"), std::string::npos);
-    EXPECT_NE(message([&] { schema->updateSQL(values, Variant(Long{3})); }).find("The value for b holds '"), std::string::npos);
-    EXPECT_NE(message([&] { schema->insertSQL(BoundedArray<Variant>::of({Variant("1"), Variant("2"), Variant("'a''")})); })
-                  .find("The value for a column not named holds '"),
+    EXPECT_NE(message([&] { schema->updateSQL(values, Variant(Long{3})); }).find("The value for b holds '"),
+              std::string::npos);
+    EXPECT_NE(message([&] {
+                  schema->insertSQL(BoundedArray<Variant>::of({Variant("1"), Variant("2"), Variant("'a''")}));
+              }).find("The value for a column not named holds '"),
               std::string::npos);
 }
 

@@ -18,10 +18,12 @@ namespace {
 /// since the statement would store it as one quote; the typographic apostrophe (U+2019) and the
 /// modifier letter apostrophe (U+02BC) are ordinary text and are stored byte for byte.
 const std::string doubled = "O''Brien";
-const std::string curly = "O\xE2\x80\x99"
-                          "Brien";
-const std::string modifier = "O\xCA\xBC"
-                             "Brien";
+const std::string curly =
+    "O\xE2\x80\x99"
+    "Brien";
+const std::string modifier =
+    "O\xCA\xBC"
+    "Brien";
 
 class UserQuotes : public ::testing::TestWithParam<TestEngine>, public ChartFixture {
 protected:
@@ -93,14 +95,17 @@ TEST_P(UserQuotes, TypographicApostrophesAreStoredByteForByte) {
         saveAsNew(*chart);
         EXPECT_EQ(load(static_cast<Integer>(chart->id()))->getNome(), name);
         EXPECT_EQ(
-            databases.projectRows("SELECT nome FROM tb_cartas WHERE id_carta=" + std::to_string(chart->id())).at(0),
+            databases.projectRows("SELECT nome FROM tb_cartas WHERE id_carta=" + std::to_string(chart->id()))
+                .at(0),
             name);
 
         auto evaluation = PivotEvaluations::shared()->newEvaluation(name);
         PivotEvaluations::shared()->save(project, evaluation);
-        EXPECT_EQ(databases.projectRows("SELECT name FROM pivot_evaluations WHERE id=" + std::to_string(evaluation.id))
-                      .at(0),
-                  name);
+        EXPECT_EQ(
+            databases
+                .projectRows("SELECT name FROM pivot_evaluations WHERE id=" + std::to_string(evaluation.id))
+                .at(0),
+            name);
 
         sprinklers.save(databases.catalogueConnection(), *nozzleNamed(name, name, name));
         EXPECT_EQ(lastCatalogueName("denominacion", "Boquillas"), name);

@@ -246,7 +246,8 @@ void PostgresTestServer::halt(const fs::path& stateFile) {
 void PostgresTestServer::resume(const fs::path& stateFile) {
     const ServerState state = readState(stateFile);
     if (!startOnPort(state.folder, state.port)) {
-        fail("pg_ctl could not start the server again in " + state.folder.string(), state.folder / "server.log");
+        fail("pg_ctl could not start the server again in " + state.folder.string(),
+             state.folder / "server.log");
     }
 }
 

@@ -76,12 +76,42 @@ private:
     pid_t pid_ = -1;
 };
 
-/// The tables that hold a chart's rows, with the column that names the chart.
-const std::map<std::string, std::string> chartTables = {
-    {"tb_aspersores", "id_carta"},        {"tb_indicadores", "id_carta"}, {"tb_pluviometria", "id_carta"},
-    {"tb_reguladores", "id_carta"},       {"tb_drop", "carta_id"},        {"chart_speed_table", "id_carta"},
-    {"chart_outlet_figures", "id_carta"}, {"chart_design", "id_carta"},
+/// What a command saves: the command (before its databases and --save), the table of the
+/// saved things with their key and name columns, and the tables of their rows, each with the
+/// column that holds the key.
+struct Saved {
+    std::string command;
+    std::string table;
+    std::string key;
+    std::string name;
+    std::map<std::string, std::string> rows;
 };
+
+/// A chart with its figures and design file.
+Saved chart() {
+    return {"design '" + caudalis::testing::sourcePath("examples/designs/small.json") + "'",
+            "tb_cartas",
+            "id_carta",
+            "nome",
+            {{"tb_aspersores", "id_carta"},
+             {"tb_indicadores", "id_carta"},
+             {"tb_pluviometria", "id_carta"},
+             {"tb_reguladores", "id_carta"},
+             {"tb_drop", "carta_id"},
+             {"chart_speed_table", "id_carta"},
+             {"chart_outlet_figures", "id_carta"},
+             {"chart_design", "id_carta"}}};
+}
+
+/// A field evaluation with its figures.
+Saved evaluation() {
+    return {"evaluate '" + caudalis::testing::sourcePath("examples/evaluations/north-2024.txt") +
+                "' --gauge-diameter 0.1",
+            "pivot_evaluations",
+            "id",
+            "name",
+            {{"pivot_evaluation_figures", "evaluation_id"}}};
+}
 
 /// Rows per chart id, per table.
 using RowCounts = std::map<std::string, std::map<long, long>>;
@@ -90,7 +120,8 @@ using RowCounts = std::map<std::string, std::map<long, long>>;
 /// and the checks of a project database after an interrupted save.
 class SaveTarget {
 public:
-    SaveTarget(TestEngine engine, const std::string& server) : engine_(engine) {
+    SaveTarget(TestEngine engine, const std::string& server, Saved saved = chart())
+        : saved_(std::move(saved)), engine_(engine) {
         if (engine == TestEngine::Sqlite) {
             project_ = "Provider=SQLite;Data Source=" + folder.file("project.db");
             arguments_ = " --project project.db --catalogue catalogue.db";
@@ -121,10 +152,9 @@ public:
     SaveTarget& operator=(const SaveTarget&) = delete;
 
     Running save(const std::string& name, const std::string& environment = "") const {
-        return Running(folder.path(),
-                       "design '" + caudalis::testing::sourcePath("examples/designs/small.json") + "'" +
-                           arguments_ + " --save '" + name + "'",
-                       environment);
+        const std::string save =
+            saved_.table == "tb_cartas" ? " --save '" + name + "'" : " --name '" + name + "' --save";
+        return Running(folder.path(), saved_.command + arguments_ + save, environment);
     }
 
     Ending init() const { return Running(folder.path(), "init" + arguments_, "").wait(); }
@@ -133,7 +163,7 @@ public:
         Connection con(project_);
         con.Open();
         RowCounts counts;
-        for (const auto& [table, key] : chartTables) {
+        for (const auto& [table, key] : saved_.rows) {
             auto& ofTable = counts[table];
             for (auto rs = con.Execute("SELECT " + key + " AS id, count(*) AS n FROM " + table +
                                        " GROUP BY " + key);
@@ -144,12 +174,15 @@ public:
         return counts;
     }
 
-    std::map<std::string, long> charts() const {
+    /// The saved things by name, with their keys.
+    std::map<std::string, long> stored() const {
         Connection con(project_);
         con.Open();
         std::map<std::string, long> named;
-        for (auto rs = con.Execute("SELECT nome, id_carta FROM tb_cartas"); !rs->EOF_(); rs->MoveNext()) {
-            named[rs->Fields("nome").toString()] = rs->Fields("id_carta").toLong();
+        for (auto rs = con.Execute("SELECT " + saved_.name + " AS name, " + saved_.key + " AS id FROM " +
+                                   saved_.table);
+             !rs->EOF_(); rs->MoveNext()) {
+            named[rs->Fields("name").toString()] = rs->Fields("id").toLong();
         }
         return named;
     }
@@ -161,7 +194,7 @@ public:
         std::string found = integrity();
         const RowCounts counts = rowCounts();
         std::set<long> ids;
-        for (const auto& [name, id] : charts()) {
+        for (const auto& [name, id] : stored()) {
             ids.insert(id);
             for (const auto& [table, perChart] : counts) {
                 const auto at = [&](long chart) { return perChart.count(chart) ? perChart.at(chart) : 0L; };
@@ -211,6 +244,7 @@ private:
         return result == "ok" ? std::string() : "integrity check: " + result + "; ";
     }
 
+    Saved saved_;
     TestEngine engine_;
     std::string server_;
     std::string project_;
@@ -226,7 +260,7 @@ public:
         const auto stored = target_.save("Reference").wait();
         duration_ = std::chrono::duration_cast<microseconds>(std::chrono::steady_clock::now() - started);
         EXPECT_EQ(stored.exitCode, 0) << stored.err;
-        reference_ = target_.charts().at("Reference");
+        reference_ = target_.stored().at("Reference");
     }
 
     /// A save of a new name, cut short by `cut` (given the running program); then the checks,
@@ -245,7 +279,7 @@ public:
     /// Checks a project database after `ending`, then saves `name` again.
     void expectNothingPartial(const std::string& name, const Ending& ending) {
         EXPECT_EQ(target_.problems(reference_), "") << name;
-        const bool stored = target_.charts().count(name) == 1;
+        const bool stored = target_.stored().count(name) == 1;
         if (!ending.killed) {
             // A command that reports failure stored nothing; one that succeeded stored it all.
             EXPECT_EQ(stored, ending.exitCode == 0) << name << ": " << ending.err;
@@ -281,14 +315,16 @@ protected:
         GetParam() == TestEngine::Postgresql ? PostgresTestServer::sharedConnection() : std::string();
 };
 
-}  // namespace
-
-TEST_P(InterruptedSave, KilledAfterAnyStatementOrAtRandomTheSaveIsWholeOrAbsent) {
-    const SaveTarget target(GetParam(), server);
+/// Kills saves of `saved` after each statement in turn, then at random (after a random
+/// statement, or by SIGKILL at a random moment of the run) until there were `kills` kills and at
+/// least `randomKills` of them at random; checks after each. Prints the figures.
+void killSaves(TestEngine engine, const std::string& server, const Saved& saved, long kills,
+               long randomKills) {
+    const SaveTarget target(engine, server, saved);
     const auto init = target.init();
     ASSERT_EQ(init.exitCode, 0) << init.err;
     Trials trials(target);
-    ASSERT_FALSE(HasFailure());
+    ASSERT_FALSE(::testing::Test::HasFailure());
 
     // Every statement of the save in turn, until the save runs to its end.
     long statements = 0;
@@ -297,13 +333,13 @@ TEST_P(InterruptedSave, KilledAfterAnyStatementOrAtRandomTheSaveIsWholeOrAbsent)
         ASSERT_LT(statements, 2000) << "the save never ends";
     }
     const long swept = trials.kills();
-    EXPECT_GT(swept, 20);
+    EXPECT_GT(swept, 5);
 
-    // Then at random: after a random statement, or a SIGKILL at a random moment of the run.
     std::mt19937 random(27);
     std::uniform_int_distribution<long> statement(1, statements);
     std::uniform_int_distribution<long> moment(0, trials.duration().count() * 6 / 5);
-    for (int attempt = 0; attempt < 600 && (trials.kills() < 200 || trials.kills() - swept < 80); ++attempt) {
+    for (int attempt = 0;
+         attempt < 3 * kills && (trials.kills() < kills || trials.kills() - swept < randomKills); ++attempt) {
         if (attempt % 2 == 0) {
             trials.trial("CAUDALIS_TEST_KILL_AFTER_STATEMENTS=" + std::to_string(statement(random)), noCut);
         } else {
@@ -313,14 +349,24 @@ TEST_P(InterruptedSave, KilledAfterAnyStatementOrAtRandomTheSaveIsWholeOrAbsent)
                 running.kill();
             });
         }
-        ASSERT_FALSE(HasFailure());
+        ASSERT_FALSE(::testing::Test::HasFailure());
     }
-    EXPECT_GE(trials.kills(), 200);
-    std::cout << "[ figures  ] " << caudalis::testing::engineName(GetParam()) << ": " << statements
-              << " statements a save, " << trials.kills() << " kills (" << swept
+    EXPECT_GE(trials.kills(), kills);
+    std::cout << "[ figures  ] " << caudalis::testing::engineName(engine) << ", " << saved.table << ": "
+              << statements << " statements a save, " << trials.kills() << " kills (" << swept
               << " one after each statement, " << trials.kills() - swept << " at random), "
               << trials.committed() << " of them after the commit; a save takes "
               << trials.duration().count() / 1000 << " ms\n";
+}
+
+}  // namespace
+
+TEST_P(InterruptedSave, KilledAfterAnyStatementOrAtRandomTheChartIsWholeOrAbsent) {
+    killSaves(GetParam(), server, chart(), 200, 80);
+}
+
+TEST_P(InterruptedSave, KilledAfterAnyStatementOrAtRandomTheEvaluationIsWholeOrAbsent) {
+    killSaves(GetParam(), server, evaluation(), 40, 10);
 }
 
 INSTANTIATE_TEST_SUITE_P(Engines, InterruptedSave, caudalis::testing::allEngines(),

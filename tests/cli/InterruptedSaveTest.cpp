@@ -8,12 +8,14 @@
 #include <atomic>
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <map>
 #include <random>
 #include <set>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "PersistenceDatabases.hpp"
 #include "PostgresTestServer.hpp"
@@ -124,7 +126,9 @@ public:
         : saved_(std::move(saved)), engine_(engine) {
         if (engine == TestEngine::Sqlite) {
             project_ = "Provider=SQLite;Data Source=" + folder.file("project.db");
-            arguments_ = " --project project.db --catalogue catalogue.db";
+            catalogue_ = "Provider=SQLite;Data Source=" + folder.file("catalogue.db");
+            catalogueArgument_ = " --catalogue catalogue.db";
+            arguments_ = " --project project.db" + catalogueArgument_;
             return;
         }
         static std::atomic<int> counter{0};
@@ -135,7 +139,9 @@ public:
         schemas_ = {"killed_project_" + suffix, "killed_catalogue_" + suffix};
         server_ = server;
         project_ = uri + schemas_[0];
-        arguments_ = " --project '" + project_ + "' --catalogue '" + uri + schemas_[1] + "'";
+        catalogue_ = uri + schemas_[1];
+        catalogueArgument_ = " --catalogue '" + catalogue_ + "'";
+        arguments_ = " --project '" + project_ + "'" + catalogueArgument_;
     }
 
     ~SaveTarget() {
@@ -155,6 +161,23 @@ public:
         const std::string save =
             saved_.table == "tb_cartas" ? " --save '" + name + "'" : " --name '" + name + "' --save";
         return Running(folder.path(), saved_.command + arguments_ + save, environment);
+    }
+
+    /// `catalogue import FILE` into the catalogue.
+    Running import(const std::string& file, const std::string& environment) const {
+        return Running(folder.path(), "catalogue import '" + file + "'" + catalogueArgument_, environment);
+    }
+
+    /// The numbers of brands, models and nozzles of the catalogue.
+    std::vector<long> catalogueCounts() const {
+        Connection con(catalogue_);
+        con.Open();
+        std::vector<long> counts;
+        for (const char* table : {"marca", "Modelos", "Boquillas"}) {
+            counts.push_back(
+                con.Execute(std::string("SELECT count(*) AS n FROM ") + table)->Fields("n").toLong());
+        }
+        return counts;
     }
 
     Ending init() const { return Running(folder.path(), "init" + arguments_, "").wait(); }
@@ -248,6 +271,8 @@ private:
     TestEngine engine_;
     std::string server_;
     std::string project_;
+    std::string catalogue_;
+    std::string catalogueArgument_;
     std::string arguments_;
     std::vector<std::string> schemas_;
 };
@@ -367,6 +392,38 @@ TEST_P(InterruptedSave, KilledAfterAnyStatementOrAtRandomTheChartIsWholeOrAbsent
 
 TEST_P(InterruptedSave, KilledAfterAnyStatementOrAtRandomTheEvaluationIsWholeOrAbsent) {
     killSaves(GetParam(), server, evaluation(), 40, 10);
+}
+
+TEST_P(InterruptedSave, KilledAfterAnyStatementTheImportIsWholeOrAbsent) {
+    const SaveTarget target(GetParam(), server);
+    ASSERT_EQ(target.init().exitCode, 0);
+    const std::string csv = target.folder.file("new.csv");
+    std::ofstream(csv) << "brand,model,nozzle,a,b,pmin,pmax,qmin,qmax\n"
+                          "Killbrand,K1,k-1,0.02,0.5,100,400,0.2,0.4\n"
+                          "Killbrand,K2,k-2,0.02,0.5,100,400,0.2,0.4\n"
+                          "Killbrand,K2,k-3,0.02,0.5,100,400,0.2,0.4\n";
+    const auto before = target.catalogueCounts();
+    const std::vector<long> whole{before[0] + 1, before[1] + 2, before[2] + 3};
+    long kills = 0;
+    for (long statement = 1; statement < 500; ++statement) {
+        const Ending ending =
+            target.import(csv, "CAUDALIS_TEST_KILL_AFTER_STATEMENTS=" + std::to_string(statement)).wait();
+        const auto counts = target.catalogueCounts();
+        if (!ending.killed) {
+            EXPECT_EQ(ending.exitCode, 0) << ending.err;
+            EXPECT_EQ(counts, whole);
+            break;
+        }
+        ++kills;
+        if (counts == whole) {
+            break;  // killed after the commit
+        }
+        EXPECT_EQ(counts, before) << "killed after statement " << statement;
+        ASSERT_FALSE(HasFailure());
+    }
+    EXPECT_GT(kills, 10);
+    std::cout << "[ figures  ] " << caudalis::testing::engineName(GetParam())
+              << ", catalogue import of 3 rows: " << kills << " kills, one after each statement\n";
 }
 
 INSTANTIATE_TEST_SUITE_P(Engines, InterruptedSave, caudalis::testing::allEngines(),

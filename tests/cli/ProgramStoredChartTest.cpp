@@ -110,7 +110,7 @@ TEST_F(ProgramStoredChartTest, InitAddsTheDesignTableToAnOlderProject) {
     const auto stored = run("design " + example("designs/small.json") + " --save Again");
     ASSERT_EQ(stored.exitCode, 0) << stored.err;
     // The failed save was rolled back whole, so the chart gets the id it would have had anyway.
-    EXPECT_NE(stored.err.find("stored in system 1 with id 2"), std::string::npos) << stored.err;
+    EXPECT_NE(stored.err.find("stored in system 2 with id 2"), std::string::npos) << stored.err;
     EXPECT_EQ(run("chart show 2 --report again.html").exitCode, 0);
 }
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what building and testing the Windows automation server needs (scripts/deps/windows.txt)
 # and unpacks the IDL files of libwine-dev for widl into build-windows/wine-idl.
+#   scripts/install-windows-deps.sh [--allow-changes] [IDL_DIR]
 #
 # Wine's 32-bit half needs i386 twins of amd64 libraries. When the i386 index of the security
 # suite cannot be read, an amd64 library already upgraded from security has no i386 twin of the
@@ -8,12 +9,29 @@
 # Each failed attempt is read: a named i386 library whose amd64 twin is installed at a version
 # the i386 index lacks is pinned, both architectures, to the i386 candidate; any other named
 # i386 dependency is asked for explicitly so the next attempt names what blocks it. Then retry.
+#
+# The attempts are apt's simulations (apt-get -s): nothing is installed until a plan is found,
+# and a plan that removes or downgrades any package of this machine (a pin to the i386
+# candidate does so to a library upgraded from security, and a -dev package that needs that
+# upgrade is then removed) is shown and refused unless --allow-changes is given, as CI does on
+# its throwaway machine. Upgrades are listed. At the end the script reports what it installed
+# and the disk space that took.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+# shellcheck source=apt-plan.sh
+source scripts/apt-plan.sh
 SUDO=""
 if [ "$(id -u)" -ne 0 ]; then SUDO="sudo"; fi
 export DEBIAN_FRONTEND=noninteractive
-idl_dir=${1:-build-windows/wine-idl}
+allow_changes=0
+idl_dir=build-windows/wine-idl
+for option in "$@"; do
+  case "$option" in
+    --allow-changes) allow_changes=1 ;;
+    -*) echo "install-windows-deps.sh: unknown option $option (use --allow-changes)" >&2; exit 2 ;;
+    *) idl_dir=$option ;;
+  esac
+done
 
 mapfile -t wanted < <(sed -e 's/#.*//' -e 's/[[:space:]]//g' scripts/deps/windows.txt | grep -v '^$')
 
@@ -40,22 +58,57 @@ repairs_for() {
   done
 }
 
-install_toolchain() {
-  if ! dpkg --print-foreign-architectures | grep -qx i386; then $SUDO dpkg --add-architecture i386; fi
-  $SUDO apt-get update || true # the security suite's i386 index may fail; the main suite is enough
+# Simulates the installation until apt finds a plan; prints the arguments of the plan found.
+plan_toolchain() {
   local extra=() attempt out
   for attempt in 1 2 3 4 5 6 7 8 9 10 11 12; do
-    if out=$($SUDO apt-get install -y --no-install-recommends --allow-downgrades -t bookworm \
+    if out=$(apt-get -s install --no-install-recommends --allow-downgrades -t bookworm \
       "${wanted[@]}" "${extra[@]}" 2>&1); then
+      printf '%s\n' "${wanted[@]}" "${extra[@]}"
       return 0
     fi
     echo "$out" | tail -n 15 >&2
     mapfile -t -O "${#extra[@]}" extra < <(echo "$out" | repairs_for | tr ' ' '\n')
     mapfile -t extra < <(printf '%s\n' "${extra[@]}" | awk -F= '!seen[$1]++')
-    echo "install-windows-deps: attempt $attempt failed; retrying with: ${extra[*]}" >&2
+    echo "install-windows-deps: simulation $attempt failed; trying again with: ${extra[*]}" >&2
   done
-  echo "install-windows-deps: could not install the Windows toolchain" >&2
+  echo "install-windows-deps: apt found no plan for the Windows toolchain; nothing was installed" >&2
   return 1
+}
+
+install_toolchain() {
+  local added_i386=0 arguments before used_before
+  if ! dpkg --print-foreign-architectures | grep -qx i386; then
+    echo "install-windows-deps: adding the i386 architecture to dpkg (wine32 needs it)"
+    $SUDO dpkg --add-architecture i386
+    added_i386=1
+  fi
+  if ! $SUDO apt-get update; then
+    echo "install-windows-deps: WARNING: apt-get update failed (see above); going on with the package" \
+      "lists there are (the security suite's i386 index is known to fail; apt's plan below shows" \
+      "what that does to this machine)" >&2
+  fi
+  mapfile -t arguments < <(plan_toolchain)
+  [ "${#arguments[@]}" -gt 0 ] || return 1
+  if ! apt-get -s install --no-install-recommends --allow-downgrades -t bookworm "${arguments[@]}" |
+    apt_plan_check; then
+    if [ "$allow_changes" -eq 0 ]; then
+      if [ "$added_i386" -eq 1 ]; then $SUDO dpkg --remove-architecture i386; fi
+      echo "install-windows-deps: the plan above removes or downgrades packages of this machine;" \
+        "nothing was installed. Run again with --allow-changes to accept it (on a machine of" \
+        "your own, better in a container or a throwaway virtual machine)." >&2
+      return 1
+    fi
+    echo "install-windows-deps: --allow-changes given: going ahead with the removals and downgrades above" >&2
+  fi
+  before=$(mktemp)
+  apt_installed_packages >"$before"
+  used_before=$(apt_disk_used_kib)
+  local allow=()
+  if [ "$allow_changes" -eq 1 ]; then allow=(--allow-downgrades); fi
+  $SUDO apt-get install -y --no-install-recommends "${allow[@]}" -t bookworm "${arguments[@]}"
+  apt_report_installation "$before" "$used_before" install-windows-deps
+  rm -f "$before"
 }
 
 unpack_wine_idl() {
@@ -69,5 +122,9 @@ unpack_wine_idl() {
   rm -rf "$tmp"
 }
 
-already_there || install_toolchain
+if already_there; then
+  echo "install-windows-deps: the Windows toolchain is already installed; nothing to do"
+else
+  install_toolchain
+fi
 unpack_wine_idl

@@ -68,6 +68,14 @@ std::vector<marca> CatalogueDatabase::brands() const {
     });
 }
 
+std::vector<marca> CatalogueDatabase::brandsOn(Connection& connection) {
+    return recordsOf<marca>(Statics::application()->Aspersores()->MarcasAllOn(connection));
+}
+
+std::vector<modelo> CatalogueDatabase::modelsOn(Connection& connection) {
+    return recordsOf<modelo>(Statics::application()->Aspersores()->ModelosAllOn(connection));
+}
+
 std::vector<modelo> CatalogueDatabase::models() const {
     return reading([](const AspersoresStatic& catalogue, const std::string& connection) {
         return recordsOf<modelo>(catalogue.ModelosAll(connection));

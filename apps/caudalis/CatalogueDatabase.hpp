@@ -9,6 +9,10 @@
 #include "caudalis/core/Records.hpp"
 #include "caudalis/design/DesignDescription.hpp"
 
+namespace caudalis {
+class Connection;
+}
+
 namespace caudalis::cli {
 
 /// A catalogue database file read through `AspersoresStatic`: its brands, its models and the
@@ -21,6 +25,10 @@ public:
     const DatabaseFile& file() const noexcept { return file_; }
 
     std::vector<marca> brands() const;
+    /// The brands and the models as `connection` reads them, inside the transaction it may have
+    /// begun; library errors pass unchanged.
+    static std::vector<marca> brandsOn(Connection& connection);
+    static std::vector<modelo> modelsOn(Connection& connection);
     /// Every model, with its brand.
     std::vector<modelo> models() const;
     /// The nozzles of the selection's brand and/or model (every nozzle when it names neither),

@@ -20,10 +20,11 @@ namespace caudalis::cli {
 
 namespace {
 
-/// The brands and models of the catalogue being imported into, looked up by name.
+/// The brands and models of the catalogue being imported into, looked up by name, as the
+/// import's own connection reads them (so with what it has stored so far).
 class KnownNames {
 public:
-    explicit KnownNames(const CatalogueDatabase& catalogue) : catalogue_(catalogue) { reload(); }
+    explicit KnownNames(Connection& catalogue) : catalogue_(catalogue) { reload(); }
 
     /// The stored model of `row` (id > 0), or a new one (id 0) of its stored or new brand.
     modelo modelOf(const CatalogueRow& row) const {
@@ -40,65 +41,40 @@ public:
     }
 
     void reload() {
-        brands_ = catalogue_.brands();
-        models_ = catalogue_.models();
+        brands_ = CatalogueDatabase::brandsOn(catalogue_);
+        models_ = CatalogueDatabase::modelsOn(catalogue_);
     }
 
 private:
-    const CatalogueDatabase& catalogue_;
+    Connection& catalogue_;
     std::vector<marca> brands_;
     std::vector<modelo> models_;
 };
-
-/// The catalogue's tables with their generated keys, in the order their rows may be deleted.
-const std::vector<std::pair<std::string, std::string>>& keyedTables() {
-    static const std::vector<std::pair<std::string, std::string>> tables{
-        {"Boquillas", "ID_Boquillas"}, {"Modelos", "id_modelo"}, {"marca", "id_marca"}};
-    return tables;
-}
-
-/// The highest key of each catalogue table, in the order of `keyedTables`.
-std::vector<long> highestKeys(const DatabaseFile& catalogue) {
-    std::vector<long> keys;
-    for (const auto& [table, key] : keyedTables()) {
-        keys.push_back(
-            catalogue.wholeNumbers("SELECT coalesce(max(" + key + "), 0) AS k FROM " + table, "k").front());
-    }
-    return keys;
-}
-
-/// Deletes the rows whose keys are above the given highest keys.
-void deleteRowsAbove(const DatabaseFile& catalogue, const std::vector<long>& keys) {
-    Connection connection(catalogue.connectionString());
-    connection.Open();
-    connection.BeginTrans();
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        const auto& [table, key] = keyedTables()[i];
-        connection.Execute("DELETE FROM " + table + " WHERE " + key + " > " + std::to_string(keys[i]));
-    }
-    connection.CommitTrans();
-}
 
 std::shared_ptr<Aspersor> nozzleOf(const CatalogueRow& row, const modelo& model) {
     return Statics::application()->Aspersores()->newAspersor(row.nozzle, row.a, row.b, row.pmin, row.pmax,
                                                              row.qmin, row.qmax, model);
 }
 
+/// Raises unless the catalogue can keep the wetted diameters that the rows give. Asked before
+/// the import's transaction begins, since a failed statement ends a PostgreSQL transaction.
+void requireDiameterTable(Connection& catalogue, const std::string& cataloguePath,
+                          const std::vector<CatalogueRow>& rows) {
+    const bool anyDiameter =
+        std::any_of(rows.begin(), rows.end(), [](const CatalogueRow& row) { return row.wettedDiameterM.has_value(); });
+    if (anyDiameter && !design::WettedDiameters::available(catalogue)) {
+        throw InputError("catalogue database " + cataloguePath +
+                         " has no table for wetted diameters: load data/schema/catalogue.sql into it "
+                         "again (it adds the table and keeps every row)");
+    }
+}
+
 /// Stores the wetted diameters the rows give, the last one given for a model winning.
-void storeWettedDiameters(const std::string& connection, const std::string& cataloguePath,
-                          const KnownNames& known, const std::vector<CatalogueRow>& rows) {
-    Connection catalogue(connection);
-    catalogue.Open();
+void storeWettedDiameters(Connection& catalogue, const KnownNames& known, const std::vector<CatalogueRow>& rows) {
     for (const auto& row : rows) {
-        if (!row.wettedDiameterM) {
-            continue;
+        if (row.wettedDiameterM) {
+            design::WettedDiameters::store(catalogue, known.modelOf(row).id, *row.wettedDiameterM);
         }
-        if (!design::WettedDiameters::available(catalogue)) {
-            throw InputError("catalogue database " + cataloguePath +
-                             " has no table for wetted diameters: load data/schema/catalogue.sql into it "
-                             "again (it adds the table and keeps every row)");
-        }
-        design::WettedDiameters::store(catalogue, known.modelOf(row).id, *row.wettedDiameterM);
     }
 }
 
@@ -109,16 +85,21 @@ CatalogueImport::CatalogueImport(std::string cataloguePath, std::ostream& progre
 
 ImportSummary CatalogueImport::importInto(const std::string& copyPath,
                                           const std::vector<CatalogueRow>& rows) const {
+    // One transaction for the whole import: whatever fails, or however the process ends, before
+    // the commit, the catalogue keeps nothing of it.
     const CatalogueDatabase copy(copyPath);
-    const auto connection = copy.file().connectionString();
+    Connection connection(copy.file().connectionString());
+    connection.Open();
+    requireDiameterTable(connection, cataloguePath_, rows);
+    connection.BeginTrans();
     const auto catalogue = Statics::application()->Aspersores();
-    KnownNames known(copy);
+    KnownNames known(connection);
     ImportSummary summary;
     ProgressBar bar(progress_, static_cast<long>(rows.size()), showProgress_, "importing");
     for (const auto& row : rows) {
         const auto model = known.modelOf(row);
         try {
-            catalogue->save(connection, *nozzleOf(row, model));
+            catalogue->saveOn(connection, *nozzleOf(row, model));
         } catch (const Error& error) {
             throw InputError("cannot import the nozzle of CSV line " + std::to_string(row.line) + " into " +
                              cataloguePath_ + ": " + error.description());
@@ -131,7 +112,9 @@ ImportSummary CatalogueImport::importInto(const std::string& copyPath,
         summary.nozzles += 1;
         bar.advance();
     }
-    storeWettedDiameters(connection, cataloguePath_, known, rows);
+    storeWettedDiameters(connection, known, rows);
+    connection.CommitTrans();
+    connection.Close();
     return summary;
 }
 
@@ -142,14 +125,7 @@ ImportSummary CatalogueImport::run(const std::vector<CatalogueRow>& rows) const 
 }
 
 ImportSummary CatalogueImport::importOnServer(const std::vector<CatalogueRow>& rows) const {
-    const DatabaseFile catalogue(cataloguePath_, DatabaseKind::Catalogue);
-    const auto before = highestKeys(catalogue);
-    try {
-        return importInto(cataloguePath_, rows);
-    } catch (...) {
-        deleteRowsAbove(catalogue, before);
-        throw;
-    }
+    return importInto(cataloguePath_, rows);
 }
 
 ImportSummary CatalogueImport::importIntoFileCopy(const std::vector<CatalogueRow>& rows) const {

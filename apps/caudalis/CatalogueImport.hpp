@@ -16,13 +16,11 @@ struct ImportSummary {
     long newModels = 0;
 };
 
-/// Imports checked CSV rows into a catalogue database, all or nothing. The library's `save`
-/// commits each nozzle on a connection of its own, so the rows go into a copy of the database
-/// file, which replaces the original only when every row is in. On a PostgreSQL server the
-/// rows go into the catalogue itself, and a failure deletes the brands, models and nozzles
-/// that the import added (those with keys above the highest ones before it). Brands and models
-/// that the catalogue (or an earlier row) already has are reused by their keys, never inserted
-/// again.
+/// Imports checked CSV rows into a catalogue database, all or nothing: every row is stored in
+/// one transaction. A catalogue file is imported into a copy, which replaces the original only
+/// when every row is in (so a reader never waits on the import); on a PostgreSQL server the
+/// transaction runs on the catalogue itself. Brands and models that the catalogue (or an
+/// earlier row) already has are reused by their keys, never inserted again.
 class CatalogueImport {
 public:
     CatalogueImport(std::string cataloguePath, std::ostream& progress, bool showProgress);

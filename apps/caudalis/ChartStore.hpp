@@ -39,12 +39,10 @@ public:
     virtual ~ChartStore() = default;
     /// Raises `InputError` unless a new chart named `name` can be stored in `system`.
     virtual void requireNameIsFree(const std::string& name, Long system) = 0;
-    /// Stores the chart under `name` as a new chart of `system` and returns its key.
+    /// Stores the chart under `name` as a new chart of `system`, with the design's figures
+    /// beside it, and returns its key. Chart and figures are stored together or not at all.
     virtual Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name,
-                           Long system) = 0;
-    /// Stores the design's figures beside the stored chart `id`; on failure the chart is
-    /// deleted again, so that nothing is left half-stored.
-    virtual void saveFigures(Long id, const design::ChartFigures& figures) = 0;
+                           Long system, const design::ChartFigures& figures) = 0;
     /// The charts of `system`, or of every system.
     virtual std::vector<StoredChart> list(std::optional<Long> system) = 0;
     /// The chart `id`; raises `InputError` when there is none.

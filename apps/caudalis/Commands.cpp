@@ -183,10 +183,9 @@ void CommandLine::runDesign() {
                            (store ? "; the chart was not stored" : ""));
     }
     if (store) {
-        const auto id = store->saveAsNew(result.chart, *o.chartName, system);
         auto figures = design::ChartFigures::of(result);
         figures.design = designText;
-        store->saveFigures(id, figures);
+        const auto id = store->saveAsNew(result.chart, *o.chartName, system, figures);
         note(fmt::format("chart \"{}\" stored in system {} with id {}", *o.chartName, system, id));
     }
 }

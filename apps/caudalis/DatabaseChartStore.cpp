@@ -54,12 +54,26 @@ void DatabaseChartStore::requireNameIsFree(const std::string& name, Long system)
     }
 }
 
+void DatabaseChartStore::storeTogether(CartaAspersores& chart, Long system,
+                                       const design::ChartFigures& figures) {
+    // Whatever fails, or however the process ends, before the commit, the connection's
+    // transaction is abandoned with it and the project database keeps nothing of the chart.
+    Connection project(project_.connectionString());
+    project.Open();
+    const auto tables = design::ChartFigures::sideTablesOf(project);
+    project.BeginTrans();
+    charts()->saveAsNewOn(project, system, chart);
+    design::ChartFigures::replace(project, chart.id(), figures, tables);
+    project.CommitTrans();
+    project.Close();
+}
+
 Long DatabaseChartStore::saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name,
-                                   Long system) {
+                                   Long system, const design::ChartFigures& figures) {
     requireNameIsFree(name, system);
     chart->setNome(name);
     try {
-        charts()->saveAsNew(project_.connectionString(), system, *chart);
+        storeTogether(*chart, system, figures);
     } catch (const Error& error) {
         if (error.number() == errorNumber(CartaExceptions::NomeDaCartaJaExistente)) {
             throw InputError(takenName(name, system));
@@ -72,7 +86,7 @@ Long DatabaseChartStore::saveAsNew(const std::shared_ptr<CartaAspersores>& chart
                              "project database with caudalis init)");
         }
         throw InputError("cannot store the chart in project database " + project_.path() + ": " +
-                         error.description());
+                         error.description() + "; the chart was not stored");
     }
     return chart->id();
 }
@@ -139,18 +153,6 @@ LoadedChart DatabaseChartStore::find(Long id) {
     return LoadedChart{chart, system, missing, figures};
 }
 
-void DatabaseChartStore::saveFigures(Long id, const design::ChartFigures& figures) {
-    try {
-        Connection project(project_.connectionString());
-        project.Open();
-        design::ChartFigures::save(project, id, figures);
-    } catch (const Error& error) {
-        charts()->destroy(project_.connectionString(), chartIdOf(id));
-        throw InputError("cannot store the chart's figures in project database " + project_.path() + ": " +
-                         error.description() + "; the chart was not stored");
-    }
-}
-
 design::RebuiltChart DatabaseChartStore::rebuild(Long id, const std::map<Long, double>& wettedDiameters) {
     systemOf(id);
     const auto catalogue = catalogueName();
@@ -161,14 +163,15 @@ design::RebuiltChart DatabaseChartStore::rebuild(Long id, const std::map<Long, d
 
 void DatabaseChartStore::destroy(Long id) {
     systemOf(id);
-    onProject("delete the chart's figures", [&](const std::string& connection) {
+    onProject("delete the chart", [&](const std::string& connection) {
         Connection project(connection);
         project.Open();
-        design::ChartFigures::erase(project, id);
-        return 0;
-    });
-    onProject("delete the chart", [&](const std::string& connection) {
-        charts()->destroy(connection, chartIdOf(id));
+        const auto tables = design::ChartFigures::sideTablesOf(project);
+        project.BeginTrans();
+        design::ChartFigures::remove(project, id, tables);
+        charts()->destroyOn(project, chartIdOf(id));
+        project.CommitTrans();
+        project.Close();
         return 0;
     });
 }

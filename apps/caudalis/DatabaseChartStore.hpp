@@ -5,21 +5,25 @@
 #include "ChartStore.hpp"
 #include "DatabaseFile.hpp"
 
+namespace caudalis {
+class Connection;
+}
+
 namespace caudalis::cli {
 
 /// Charts in the project database, with nozzle models joined from the catalogue database.
-/// Both files are checked before they are used; the library's `save` and `destroy` run in one
-/// transaction, so a failure leaves the project database as it was.
+/// Both files are checked before they are used. A chart is stored with its figures and design
+/// file in one transaction, and deleted with them in another, so a failure (or the end of the
+/// process) at any point leaves the project database as it was.
 class DatabaseChartStore : public ChartStore {
 public:
     DatabaseChartStore(std::string projectPath, std::string cataloguePath);
     void requireNameIsFree(const std::string& name, Long system) override;
-    Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name,
-                   Long system) override;
+    Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name, Long system,
+                   const design::ChartFigures& figures) override;
     std::vector<StoredChart> list(std::optional<Long> system) override;
     LoadedChart find(Long id) override;
     void destroy(Long id) override;
-    void saveFigures(Long id, const design::ChartFigures& figures) override;
     design::RebuiltChart rebuild(Long id, const std::map<Long, double>& wettedDiameters) override;
 
 private:
@@ -31,6 +35,9 @@ private:
     Long systemOf(Long id);
     /// The catalogue as the library's chart operations join it.
     std::string catalogueName();
+    /// Stores the chart and its figures in one transaction on a connection of its own; the
+    /// caller turns errors into messages.
+    void storeTogether(CartaAspersores& chart, Long system, const design::ChartFigures& figures);
 
     DatabaseFile project_;
     DatabaseFile catalogue_;

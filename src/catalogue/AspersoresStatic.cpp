@@ -105,16 +105,27 @@ void AspersoresStatic::save(const String& connectionString, const Aspersor& anAs
 }
 
 CollectionRef AspersoresStatic::MarcasAll(const String& connectionString) const {
-    return queryRows(connectionString, "SELECT " + marcaColumns() + " FROM marca",
-                     [](const Recordset& rs) { return Variant::record(rowToMarca(rs)); });
+    return onOwnConnection(connectionString, [this](Connection& con) { return MarcasAllOn(con); });
 }
 
 CollectionRef AspersoresStatic::ModelosAll(const String& connectionString) const {
+    return onOwnConnection(connectionString, [this](Connection& con) { return ModelosAllOn(con); });
+}
+
+void AspersoresStatic::saveOn(Connection& con, const Aspersor& anAspersor) const {
+    saveAspersorOn(con, anAspersor);
+}
+
+CollectionRef AspersoresStatic::MarcasAllOn(Connection& con) const {
+    const auto rs = con.Execute("SELECT " + marcaColumns() + " FROM marca");
+    return collectRows(*rs, [](const Recordset& row) { return Variant::record(rowToMarca(row)); });
+}
+
+CollectionRef AspersoresStatic::ModelosAllOn(Connection& con) const {
     const auto operands =
         BoundedArray<Variant>::of({"Modelos", "Marca ON modelos.id_marca=marca.id_marca"}, 0);
-    return queryRows(connectionString,
-                     "SELECT " + modeloColumns() + "," + marcaColumns() + " FROM " + innerJoin(operands),
-                     [](const Recordset& rs) { return Variant::record(rowToModelo(rs)); });
+    const auto rs = con.Execute("SELECT " + modeloColumns() + "," + marcaColumns() + " FROM " + innerJoin(operands));
+    return collectRows(*rs, [](const Recordset& row) { return Variant::record(rowToModelo(row)); });
 }
 
 std::shared_ptr<Aspersor> AspersoresStatic::newAspersor(const String& boquilla, double a, double b,

@@ -43,4 +43,14 @@ CollectionRef queryRows(const std::string& connectionString, const std::string& 
     return result;
 }
 
+/// Opens a connection from `connectionString`, runs `work` on it and closes it.
+template <class Work>
+auto onOwnConnection(const std::string& connectionString, Work&& work) {
+    Connection con(connectionString);
+    con.Open();
+    auto result = work(con);
+    con.Close();
+    return result;
+}
+
 }  // namespace caudalis

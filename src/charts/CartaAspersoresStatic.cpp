@@ -1,5 +1,6 @@
 #include "caudalis/charts/CartaAspersoresStatic.hpp"
 
+#include <functional>
 #include <string>
 
 #include "../catalogue/CatalogueRows.hpp"
@@ -61,6 +62,12 @@ void CartaAspersoresStatic::destroy(const String& connectionString, Integer id_c
     Connection con(connectionString);
     con.Open();
     con.BeginTrans();
+    destroyOn(con, id_carta);
+    con.CommitTrans();
+    con.Close();
+}
+
+void CartaAspersoresStatic::destroyOn(Connection& con, Integer id_carta) const {
     const auto key = BoundedArray<Variant>::of({id_carta});
     executeFilled(con, "DELETE FROM tb_indicadores WHERE id_carta=?", key);
     executeFilled(con, "DELETE FROM tb_pluviometria WHERE id_carta=?", key);
@@ -68,8 +75,6 @@ void CartaAspersoresStatic::destroy(const String& connectionString, Integer id_c
     executeFilled(con, "DELETE FROM tb_aspersores WHERE id_carta=?", key);
     DropStorage::deleteDropsOf(con, id_carta);
     executeFilled(con, "DELETE FROM tb_cartas WHERE id_carta=?", key);
-    con.CommitTrans();
-    con.Close();
 }
 
 std::shared_ptr<CartaAspersores> CartaAspersoresStatic::find(const String& connectionString,
@@ -115,10 +120,27 @@ bool CartaAspersoresStatic::AnyFor(const String& connectionString, Long id_siste
 
 void CartaAspersoresStatic::saveAsNew(const String& connectionString, Long id_sistema,
                                       CartaAspersores& carta) const {
+    keepIdOnNameClash(carta, [&] { save(connectionString, id_sistema, carta); });
+}
+
+void CartaAspersoresStatic::saveAsNewOn(Connection& con, Long id_sistema, CartaAspersores& carta) const {
+    keepIdOnNameClash(carta, [&] { saveOn(con, id_sistema, carta); });
+}
+
+void CartaAspersoresStatic::save(const String& connectionString, Long id_sistema,
+                                 CartaAspersores& carta) const {
+    restoreIdOnFailure(carta, [&] { writeChart(connectionString, id_sistema, carta); });
+}
+
+void CartaAspersoresStatic::saveOn(Connection& con, Long id_sistema, CartaAspersores& carta) const {
+    restoreIdOnFailure(carta, [&] { writeChartOn(con, id_sistema, carta); });
+}
+
+void CartaAspersoresStatic::keepIdOnNameClash(CartaAspersores& carta, const std::function<void()>& store) {
     const Integer previous = childKey(carta.id());
     carta.id(0);
     try {
-        save(connectionString, id_sistema, carta);
+        store();
     } catch (const Error& error) {
         if (error.number() == errorNumber(CartaExceptions::NomeDaCartaJaExistente)) {
             carta.id(previous);
@@ -127,12 +149,11 @@ void CartaAspersoresStatic::saveAsNew(const String& connectionString, Long id_si
     }
 }
 
-void CartaAspersoresStatic::save(const String& connectionString, Long id_sistema,
-                                 CartaAspersores& carta) const {
+void CartaAspersoresStatic::restoreIdOnFailure(CartaAspersores& carta, const std::function<void()>& write) {
     // A failed save writes nothing, so an id given to a new chart on the way refers to nothing.
     const Long previous = carta.id();
     try {
-        writeChart(connectionString, id_sistema, carta);
+        write();
     } catch (const Error&) {
         carta.id(previous);
         throw;
@@ -146,14 +167,18 @@ void CartaAspersoresStatic::writeChart(const String& connectionString, Long id_s
     Connection con(connectionString);
     con.Open();
     con.BeginTrans();
+    writeChartOn(con, id_sistema, carta);
+    con.CommitTrans();
+    con.Close();
+}
+
+void CartaAspersoresStatic::writeChartOn(Connection& con, Long id_sistema, CartaAspersores& carta) const {
     if (isNewChart(con, id_sistema, carta)) {
         insertChart(con, id_sistema, carta);
     } else {
         updateChart(con, id_sistema, carta);
     }
     saveChartContents(con, carta);
-    con.CommitTrans();
-    con.Close();
 }
 
 bool CartaAspersoresStatic::isNewChart(Connection& con, Long id_sistema, const CartaAspersores& carta) const {

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "StatementCountdown.hpp"
 #include "caudalis/db/ConnectionSettings.hpp"
 #include "caudalis/db/DatabaseBackend.hpp"
 #include "caudalis/db/DatabaseErrors.hpp"
@@ -56,15 +57,18 @@ std::shared_ptr<Recordset> Connection::Execute(const std::string& sql) {
     statement.requireSingleStatement();
     auto rows = std::make_shared<Recordset>(engine.execute(statement));
     unread_ = rows;
+    StatementCountdown::afterStatement();
     return rows;
 }
 
 void Connection::BeginTrans() {
     backend().beginTransaction();
+    StatementCountdown::afterStatement();
 }
 
 void Connection::CommitTrans() {
     backend().commitTransaction();
+    StatementCountdown::afterStatement();
 }
 
 void Connection::RollbackTrans() {

@@ -1,6 +1,7 @@
 #include "caudalis/db/StatementGuard.hpp"
 
 #include <algorithm>
+#include <string>
 
 #include "caudalis/db/DatabaseErrors.hpp"
 
@@ -9,8 +10,9 @@ namespace {
 
 using Kind = JetSqlSegment::Kind;
 
-[[noreturn]] void raiseValueEndsLiteral() {
-    raiseSyntaxError("A text value ends the literal it was written into.");
+[[noreturn]] void raiseValueNotStoredAsGiven(std::string_view field, char closing) {
+    raiseSyntaxError("The value for " + std::string(field) + " holds " + std::string(1, closing) +
+                     ", which the statement's text cannot store as given.");
 }
 
 /// Whether a quoted piece, as the statement splitter cut it, ends with its closing quote: the
@@ -48,30 +50,22 @@ void requireReadableSegment(const JetSqlSegment& segment) {
 
 }  // namespace
 
-void StatementGuard::requireStaysInLiteral(std::string_view value, char closing) {
-    if (closing == ']') {
-        if (value.find(']') != std::string_view::npos) {
-            raiseValueEndsLiteral();
-        }
-        return;
-    }
-    for (std::size_t quote = value.find(closing); quote != std::string_view::npos;
-         quote = value.find(closing, quote + 2)) {
-        if (quote + 1 >= value.size() || value[quote + 1] != closing) {
-            raiseValueEndsLiteral();
-        }
+void StatementGuard::requireStaysInLiteral(std::string_view value, char closing, std::string_view field) {
+    // A lone quote would end the literal; a doubled one would be stored as one quote.
+    if (value.find(closing) != std::string_view::npos) {
+        raiseValueNotStoredAsGiven(field, closing);
     }
 }
 
-void StatementGuard::requireWholeLiteral(std::string_view valueText) {
+void StatementGuard::requireWholeLiteral(std::string_view valueText, std::string_view field) {
     if (valueText.empty() || (valueText.front() != '\'' && valueText.front() != '"')) {
         return;
     }
     const char quote = valueText.front();
     if (valueText.size() < 2 || valueText.back() != quote) {
-        raiseValueEndsLiteral();
+        raiseValueNotStoredAsGiven(field, quote);
     }
-    requireStaysInLiteral(valueText.substr(1, valueText.size() - 2), quote);
+    requireStaysInLiteral(valueText.substr(1, valueText.size() - 2), quote, field);
 }
 
 void StatementGuard::requireReadableStatement(const JetStatement& statement) {

@@ -32,10 +32,11 @@ std::string join(const BoundedArray<T>& items, const std::string& separator) {
     return joined;
 }
 
-/// The text of a value written into a statement, refusing a text that ends its literal early.
-std::string valueText(const Variant& value) {
+/// The text of a value written into a statement for `column`, refusing a text that the
+/// statement would not store as given.
+std::string valueText(const Variant& value, const std::string& column) {
     std::string text = value.toString();
-    StatementGuard::requireWholeLiteral(text);
+    StatementGuard::requireWholeLiteral(text, column);
     return text;
 }
 
@@ -71,7 +72,8 @@ std::string TableSchema::updateSQL(const BoundedArray<Variant>& values, const Va
     const BoundedArray<Variant>& campos = columns();
     BoundedArray<std::string> terms;
     for (Integer i = Variant(campos.lbound()).toInteger(); i <= campos.ubound(); i = nextIndex(i)) {
-        Arrays::shared()->Push(terms, campos(i).toString() + " = " + valueText(values(i)));
+        Arrays::shared()->Push(terms,
+                               campos(i).toString() + " = " + valueText(values(i), campos(i).toString()));
     }
     return "UPDATE " + nome_ + " SET " + join(terms, ",") + " WHERE " + field_id_ + " = " + id.toString();
 }
@@ -91,10 +93,15 @@ std::string TableSchema::selectSQL(const std::optional<Variant>& id,
 
 std::string TableSchema::insertSQL(const BoundedArray<Variant>& values,
                                    const std::optional<BoundedArray<Variant>>& fields) const {
-    const std::string columnList = join(fields ? *fields : columns(), ",");
+    const BoundedArray<Variant>& names = fields ? *fields : columns();
+    const std::string columnList = join(names, ",");
     BoundedArray<std::string> texts;
+    Long position = 0;
     for (const Variant& value : values) {
-        Arrays::shared()->Push(texts, valueText(value));
+        const std::string column =
+            position < names.count() ? names(names.lbound() + position).toString() : "a column not named";
+        Arrays::shared()->Push(texts, valueText(value, column));
+        ++position;
     }
     return "INSERT INTO " + nome_ + " (" + columnList + ") VALUES (" + join(texts, ",") + " );";
 }

@@ -86,13 +86,28 @@ ChartFigures ChartFigures::of(const DesignResult& result) {
     return figures;
 }
 
-void ChartFigures::save(Connection& project, Long chartId, const ChartFigures& figures) {
+ChartFigures::SideTables ChartFigures::sideTablesOf(Connection& project) {
+    return {hasSideTables(project), hasTable(project, "chart_design")};
+}
+
+void ChartFigures::replace(Connection& project, Long chartId, const ChartFigures& figures,
+                           SideTables tables) {
     const auto id = std::to_string(chartId);
-    const bool withDesign = hasTable(project, "chart_design");
+    deleteRows(project, id, tables.design);
+    insertRows(project, id, figures);
+}
+
+void ChartFigures::remove(Connection& project, Long chartId, SideTables tables) {
+    if (tables.figures) {
+        deleteRows(project, std::to_string(chartId), tables.design);
+    }
+}
+
+void ChartFigures::save(Connection& project, Long chartId, const ChartFigures& figures) {
+    const auto tables = sideTablesOf(project);
     project.BeginTrans();
     try {
-        deleteRows(project, id, withDesign);
-        insertRows(project, id, figures);
+        replace(project, chartId, figures, tables);
     } catch (...) {
         project.RollbackTrans();
         throw;
@@ -135,10 +150,10 @@ std::optional<ChartFigures> ChartFigures::load(Connection& project, Long chartId
 }
 
 void ChartFigures::erase(Connection& project, Long chartId) {
-    if (hasSideTables(project)) {
-        const bool withDesign = hasTable(project, "chart_design");
+    const auto tables = sideTablesOf(project);
+    if (tables.figures) {
         project.BeginTrans();
-        deleteRows(project, std::to_string(chartId), withDesign);
+        remove(project, chartId, tables);
         project.CommitTrans();
     }
 }

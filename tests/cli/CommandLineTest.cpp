@@ -34,8 +34,9 @@ public:
             throw InputError("a chart named \"taken\" already exists in system " + std::to_string(system));
         }
     }
-    Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name,
-                   Long system) override {
+    Long saveAsNew(const std::shared_ptr<CartaAspersores>& chart, const std::string& name, Long system,
+                   const design::ChartFigures& figures) override {
+        savedFigures = figures;
         saved = chart;
         savedName = name;
         savedSystem = system;
@@ -56,11 +57,6 @@ public:
     design::RebuiltChart rebuild(Long id, const std::map<Long, double>&) override {
         throw InputError("the recording store keeps no design for chart " + std::to_string(id));
     }
-    void saveFigures(Long id, const design::ChartFigures& figures) override {
-        figuresId = id;
-        savedFigures = figures;
-    }
-    Long figuresId = 0;
     design::ChartFigures savedFigures;
 };
 
@@ -94,18 +90,15 @@ protected:
                     void requireNameIsFree(const std::string& n, Long s) override {
                         target->requireNameIsFree(n, s);
                     }
-                    Long saveAsNew(const std::shared_ptr<CartaAspersores>& c, const std::string& n,
-                                   Long s) override {
-                        return target->saveAsNew(c, n, s);
+                    Long saveAsNew(const std::shared_ptr<CartaAspersores>& c, const std::string& n, Long s,
+                                   const design::ChartFigures& f) override {
+                        return target->saveAsNew(c, n, s, f);
                     }
                     std::vector<StoredChart> list(std::optional<Long> s) override { return target->list(s); }
                     LoadedChart find(Long id) override { return target->find(id); }
                     void destroy(Long id) override { target->destroy(id); }
                     design::RebuiltChart rebuild(Long id, const std::map<Long, double>& w) override {
                         return target->rebuild(id, w);
-                    }
-                    void saveFigures(Long id, const design::ChartFigures& f) override {
-                        target->saveFigures(id, f);
                     }
                 };
                 auto forwarding = std::make_unique<Forwarding>();
@@ -238,7 +231,6 @@ TEST_F(CommandLineTest, SaveHandsTheChartToTheStore) {
     EXPECT_EQ(store->savedSystem, 400);
     EXPECT_DOUBLE_EQ(store->saved->getEndGunBoost(), 150);
     // The timer table and the outlet figures go with the chart.
-    EXPECT_EQ(store->figuresId, 42);
     EXPECT_EQ(store->savedFigures.speeds.tempoH100, 20);
     ASSERT_FALSE(store->savedFigures.outlets.empty());
     EXPECT_EQ(store->savedFigures.outlets.back().outlet, "gun");

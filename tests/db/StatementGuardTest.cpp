@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
 #include "ErrorMatchers.hpp"
+#include "caudalis/core/Error.hpp"
 #include "caudalis/db/Connection.hpp"
 #include "caudalis/db/DatabaseErrors.hpp"
 #include "caudalis/db/SqlScript.hpp"
@@ -61,10 +63,70 @@ TEST(StatementGuard, AMarkThatAnEarlierValueBroughtIntoALiteralIsGuardedToo) {
     EXPECT_EQ(filled("a=? AND b='?'", {Variant("'?'"), Variant("x")}), "a='x' AND b='?'");
 }
 
-TEST(StatementGuard, DoubledQuotesStayInsideTheLiteral) {
-    EXPECT_EQ(filled("nome='?'", {Variant("O''Brien")}), "nome='O''Brien'");
+TEST(StatementGuard, ADoubledQuoteInAValueIsRefusedSinceItWouldBeStoredAsOne) {
+    EXPECT_RAISES(filled("nome='?'", {Variant("O''Brien")}), DatabaseError::SyntaxError);
+    EXPECT_RAISES(filled("VALUES (?)", {Variant("'O''Brien'")}), DatabaseError::SyntaxError);
+    EXPECT_RAISES(filled("SELECT * FROM [?]", {Variant("a]]b")}), DatabaseError::SyntaxError);
+    // A template's own doubled quote is the template's business.
     EXPECT_EQ(filled("nome='it''s ?'", {Variant("fine")}), "nome='it''s fine'");
-    EXPECT_EQ(filled("VALUES (?)", {Variant("'O''Brien'")}), "VALUES ('O''Brien')");
+    // Other apostrophes are ordinary text.
+    EXPECT_EQ(filled("nome='?'", {Variant("O\xE2\x80\x99"
+                                          "Brien")}),
+              "nome='O\xE2\x80\x99"
+              "Brien'");
+    EXPECT_EQ(filled("nome=\"?\"", {Variant("O'Brien")}), "nome=\"O'Brien\"");
+}
+
+namespace {
+
+/// The message of the error that filling `sql` raises ("" when none).
+std::string refusal(const std::string& sql, std::initializer_list<Variant> params) {
+    try {
+        filled(sql, params);
+    } catch (const Error& error) {
+        return error.description();
+    }
+    return {};
+}
+
+}  // namespace
+
+TEST(StatementGuard, TheRefusalNamesTheFieldTheValueWasFor) {
+    const std::string head = "Syntax error in query expression. The value for ";
+    const std::string tail = " holds ', which the statement's text cannot store as given.";
+    EXPECT_EQ(refusal("SELECT count(*) FROM tb_cartas WHERE id_sistema=?  AND nome='?';",
+                      {Variant(Long{7}), Variant("a''b")}),
+              head + "nome" + tail);
+    EXPECT_EQ(refusal("INSERT INTO tb_cartas (nome,boost,id_sistema) values( '?',?, ?);", {Variant("a''b")}),
+              head + "nome" + tail);
+    EXPECT_EQ(refusal("INSERT INTO Boquillas (denominacion,pmin,id_modelo)VALUES (?,?,?);",
+                      {Variant("'a'"), Variant("'b''c'")}),
+              head + "pmin" + tail);
+    EXPECT_EQ(refusal("WHERE marca.nome='?'", {Variant("x'")}), head + "marca.nome" + tail);
+    EXPECT_EQ(refusal("UPDATE t SET a = ? WHERE b = 1", {Variant("'x''y'")}), head + "a" + tail);
+    EXPECT_EQ(refusal("SELECT ?", {Variant("'x''y'")}), head + "a value" + tail);
+    EXPECT_EQ(refusal("SELECT * FROM [?]", {Variant("t]")}),
+              head + "a value holds ], which the statement's text cannot store as given.");
+}
+
+TEST(StatementGuard, TableSchemaNamesTheColumnOfARefusedValue) {
+    const auto schema = makeTableSchema("t", BoundedArray<Variant>::of({Variant("a"), Variant("b")}), "id");
+    const auto values = BoundedArray<Variant>::of({Variant("'x'"), Variant("'O''Brien'")});
+    const auto message = [](const std::function<void()>& build) {
+        try {
+            build();
+        } catch (const Error& error) {
+            return error.description();
+        }
+        return std::string();
+    };
+    EXPECT_NE(message([&] { schema->insertSQL(values); }).find("The value for b holds '"), std::string::npos);
+    EXPECT_NE(message([&] { schema->updateSQL(values, Variant(Long{3})); }).find("The value for b holds '"),
+              std::string::npos);
+    EXPECT_NE(message([&] {
+                  schema->insertSQL(BoundedArray<Variant>::of({Variant("1"), Variant("2"), Variant("'a''")}));
+              }).find("The value for a column not named holds '"),
+              std::string::npos);
 }
 
 TEST(StatementGuard, AQuotedValueThatIsNotOneLiteralIsRefusedWhereCodeGoes) {

@@ -235,6 +235,22 @@ void PostgresTestServer::stop(const fs::path& stateFile) {
     }
 }
 
+void PostgresTestServer::halt(const fs::path& stateFile) {
+    const ServerState state = readState(stateFile);
+    if (runProgram("pg_ctl", {"-D", (state.folder / "data").string(), "-m", "immediate", "stop"},
+                   state.folder / "pg_ctl.log") != 0) {
+        fail("pg_ctl stop failed", state.folder / "pg_ctl.log");
+    }
+}
+
+void PostgresTestServer::resume(const fs::path& stateFile) {
+    const ServerState state = readState(stateFile);
+    if (!startOnPort(state.folder, state.port)) {
+        fail("pg_ctl could not start the server again in " + state.folder.string(),
+             state.folder / "server.log");
+    }
+}
+
 std::string PostgresTestServer::connection(const fs::path& stateFile) {
     return connectionTo(readState(stateFile).port);
 }

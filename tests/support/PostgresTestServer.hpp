@@ -18,6 +18,10 @@ public:
     static void start(const std::filesystem::path& stateFile);
     /// Stops the server named by the state file and removes its folder and the state file.
     static void stop(const std::filesystem::path& stateFile);
+    /// Stops the server at once, as a power cut would leave it to the clients (`pg_ctl stop -m
+    /// immediate`), keeping its folder; `resume` starts it again on the same port.
+    static void halt(const std::filesystem::path& stateFile);
+    static void resume(const std::filesystem::path& stateFile);
     /// The libpq key=value connection string of the server in the state file (no database
     /// named); raises with the reason when there is no running server.
     static std::string connection(const std::filesystem::path& stateFile);

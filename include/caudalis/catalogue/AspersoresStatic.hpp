@@ -8,6 +8,7 @@
 
 namespace caudalis {
 
+class Connection;
 class NozzleLawTable;
 
 /// The sprinkler catalogue object: factories for sprinklers that do not come from a database,
@@ -34,6 +35,14 @@ public:
     CollectionRef MarcasAll(const String& connectionString) const;
     /// Every model with its brand, as `modelo` records.
     CollectionRef ModelosAll(const String& connectionString) const;
+
+    /// `save`, `MarcasAll` and `ModelosAll` on a connection that the caller has opened, inside
+    /// the transaction it may have begun, so that several nozzles are stored together (or not
+    /// at all) and read back what the transaction has written so far: the same statements,
+    /// without a connection or a transaction of their own.
+    void saveOn(Connection& con, const Aspersor& anAspersor) const;
+    CollectionRef MarcasAllOn(Connection& con) const;
+    CollectionRef ModelosAllOn(Connection& con) const;
 
     /// A new sprinkler initialised with the given data (`id` 0). Raises
     /// `AspersorException::MissingAsperorDataException` when the data are incomplete.

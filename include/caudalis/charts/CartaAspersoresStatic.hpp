@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "caudalis/core/Basic.hpp"
@@ -52,9 +53,25 @@ public:
     /// fails, the database and the chart's id are left as they were.
     void save(const String& connectionString, Long id_sistema, CartaAspersores& carta) const;
 
+    /// `saveAsNew` and `save` on a connection that the caller has opened and in which it has
+    /// begun a transaction, so that the chart is stored together with the caller's own rows:
+    /// the same statements, without a transaction or a connection of their own. The caller
+    /// commits. A name clash rolls the caller's transaction back and closes the connection
+    /// before it raises, as the connection-string forms do with their own.
+    void saveAsNewOn(Connection& con, Long id_sistema, CartaAspersores& carta) const;
+    void saveOn(Connection& con, Long id_sistema, CartaAspersores& carta) const;
+    /// `destroy` on the caller's open connection, inside the transaction it has begun.
+    void destroyOn(Connection& con, Integer id_carta) const;
+
 private:
+    /// Runs `store`; when it raises the name clash, the chart gets back the id it had before.
+    static void keepIdOnNameClash(CartaAspersores& carta, const std::function<void()>& store);
+    /// Runs `write`; when it fails, the chart gets back the id it had before.
+    static void restoreIdOnFailure(CartaAspersores& carta, const std::function<void()>& write);
     /// The work of `save`, in one transaction on its own connection.
     void writeChart(const String& connectionString, Long id_sistema, CartaAspersores& carta) const;
+    /// The statements of `save`, on an open connection inside the caller's transaction.
+    void writeChartOn(Connection& con, Long id_sistema, CartaAspersores& carta) const;
     bool isNewChart(Connection& con, Long id_sistema, const CartaAspersores& carta) const;
     void insertChart(Connection& con, Long id_sistema, CartaAspersores& carta) const;
     void checkNameIsFree(Connection& con, Long id_sistema, const CartaAspersores& carta) const;

@@ -34,7 +34,20 @@ struct ChartFigures {
     /// The design file (JSON) as it was run; empty when it was not kept.
     std::string design;
 
+    /// Which side tables a project database has. Asked before a transaction begins, since a
+    /// failed statement ends a PostgreSQL transaction.
+    struct SideTables {
+        bool figures = false;
+        bool design = false;
+    };
+
     static ChartFigures of(const DesignResult& result);
+    static SideTables sideTablesOf(Connection& project);
+    /// Replaces the figures of chart `chartId` inside the transaction that the caller has begun
+    /// on `project`, so that they are stored together with the caller's own rows.
+    static void replace(Connection& project, Long chartId, const ChartFigures& figures, SideTables tables);
+    /// Deletes the figures of chart `chartId` inside the caller's transaction.
+    static void remove(Connection& project, Long chartId, SideTables tables);
     /// Replaces the figures of chart `chartId` in one transaction; database errors pass
     /// unchanged and leave the tables as they were.
     static void save(Connection& project, Long chartId, const ChartFigures& figures);

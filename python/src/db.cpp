@@ -118,7 +118,14 @@ void bindSqlText(py::module_& m) {
             if (!py::hasattr(item, "id")) {
                 throw py::type_error("isNewRecord(item): the item has no id (pass a record or object that is stored)");
             }
-            return py::cast<Double>(item.attr("id")) <= 0;
+            py::object id = item.attr("id");
+            if (PyCallable_Check(id.ptr()) != 0) {
+                id = id();  // an object's id is a property: a method without arguments
+            }
+            if (!py::isinstance<py::int_>(id) && !py::isinstance<py::float_>(id)) {
+                throw py::type_error("isNewRecord(item): the item's id is not a number");
+            }
+            return id.cast<Double>() <= 0;
         },
         py::arg("item"), doc("isNewRecord"));
     m.def("innerJoin", &innerJoin, py::arg("tables"), py::arg("lastIndex") = -1, doc("innerJoin"));

@@ -1,7 +1,8 @@
 """Builds the extension module `caudalis._caudalis` with the project's CMake build (see
 pyproject.toml). The library the extension links is copied beside it in the package, where the
 extension finds it by its run path ($ORIGIN), so the installed package needs nothing else of the
-project. CMAKE_ARGS adds options to the configure step; CMAKE_BUILD_PARALLEL_LEVEL sets the jobs."""
+project. CMAKE_ARGS adds options to the configure step; CMAKE_BUILD_PARALLEL_LEVEL sets the jobs;
+CAUDALIS_CMAKE_BUILD_DIR names a CMake tree of one's own to build in (kept between builds)."""
 import os
 import pathlib
 import shutil
@@ -21,7 +22,8 @@ class CMakeExtension(Extension):
 
 class CMakeBuild(build_ext):
     def build_extension(self, ext):
-        build_dir = pathlib.Path(self.build_temp).resolve() / "cmake"
+        build_dir = pathlib.Path(os.environ.get("CAUDALIS_CMAKE_BUILD_DIR") or
+                                 pathlib.Path(self.build_temp) / "cmake").resolve()
         configure = ["cmake", "-S", str(SOURCE_DIR), "-B", str(build_dir), "-DCMAKE_BUILD_TYPE=Release",
                      "-DCAUDALIS_BUILD_TESTS=OFF", "-DCAUDALIS_BUILD_BENCHMARKS=OFF",
                      "-DCAUDALIS_PYTHON_BUNDLE_LIBRARY=ON", f"-DPython3_EXECUTABLE={sys.executable}"]

@@ -34,10 +34,13 @@ void addSequenceProtocol(Class& cls) {
         "__getitem__",
         [](Array& self, Long index) -> Element& {
             Element& element = self(index);
-            Views::expectElement(&element, &locateElement<Array>, index);
+            if constexpr (isViewable<Element>) {
+                Views::expectElement(&element, &locateElement<Array>, index);
+            }
             return element;
         },
-        py::return_value_policy::reference_internal, "The element at `index` (between the bounds; 9 otherwise).");
+        py::return_value_policy::reference_internal,
+        "The element at `index` (between the bounds; 9 otherwise).");
     cls.def("__setitem__", [](Array& self, Long index, const Element& value) { self(index) = value; });
     cls.def(
         "__iter__",

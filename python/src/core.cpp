@@ -238,11 +238,11 @@ void bindArraysAndDoubles(py::module_& m) {
     addArrayOperations<String>(arrays);
     addArrayOperations<Variant>(arrays);
     arrays.def(
-        "Push", [](const Arrays&, const py::list&, const py::object&) { refuseList("Push"); }, py::arg("self_"),
-        py::arg("element"));
+        "Push", [](const Arrays&, const py::list&, const py::object&) { refuseList("Push"); },
+        py::arg("self_"), py::arg("element"));
     arrays.def(
-        "Push", [](const Arrays&, const py::tuple&, const py::object&) { refuseList("Push"); }, py::arg("self_"),
-        py::arg("element"));
+        "Push", [](const Arrays&, const py::tuple&, const py::object&) { refuseList("Push"); },
+        py::arg("self_"), py::arg("element"));
     m.def("nextRandom", &nextRandom, doc("nextRandom"));
 
     reopen<DoublesClass>()

@@ -116,7 +116,8 @@ void bindSqlText(py::module_& m) {
         "isNewRecord",
         [](const py::object& item) {
             if (!py::hasattr(item, "id")) {
-                throw py::type_error("isNewRecord(item): the item has no id (pass a record or object that is stored)");
+                throw py::type_error(
+                    "isNewRecord(item): the item has no id (pass a record or object that is stored)");
             }
             py::object id = item.attr("id");
             if (PyCallable_Check(id.ptr()) != 0) {

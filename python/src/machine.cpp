@@ -36,11 +36,15 @@ void bindTramos() {
         .def("OutletCount", &Tramos::OutletCount, py::arg("self_"), doc("Tramos.OutletCount"));
     tramos.def(
         "BuildPlacements",
-        [](const Tramos&, const py::list&, const py::object&, const py::object&) { refuseList("BuildPlacements"); },
+        [](const Tramos&, const py::list&, const py::object&, const py::object&) {
+            refuseList("BuildPlacements");
+        },
         py::arg("Tramos"), py::arg("start_cota"), py::arg("cotas"));
     tramos.def(
         "BuildPlacements",
-        [](const Tramos&, const py::tuple&, const py::object&, const py::object&) { refuseList("BuildPlacements"); },
+        [](const Tramos&, const py::tuple&, const py::object&, const py::object&) {
+            refuseList("BuildPlacements");
+        },
         py::arg("Tramos"), py::arg("start_cota"), py::arg("cotas"));
 }
 

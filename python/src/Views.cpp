@@ -26,6 +26,25 @@ std::unordered_map<PyObject*, View>& views() {
     return *all;
 }
 
+// The view each watcher watches, to forget the view when the watcher calls back.
+std::unordered_map<PyObject*, PyObject*>& watched() {
+    static auto* all = new std::unordered_map<PyObject*, PyObject*>();
+    return *all;
+}
+
+/// The one callback of every watcher: forgets the view that died.
+py::handle forget() {
+    static const py::handle callback = py::cpp_function([](py::handle watcher) {
+                                           const auto found = watched().find(watcher.ptr());
+                                           if (found != watched().end()) {
+                                               PyObject* view = found->second;
+                                               watched().erase(found);
+                                               views().erase(view);
+                                           }
+                                       }).release();
+    return callback;
+}
+
 ExpectedElement expected;
 
 [[noreturn]] void raiseGone() {
@@ -61,9 +80,9 @@ void Views::adopt(py::handle view, py::handle parent, const void* address) {
         found->second = std::move(made);
         return;
     }
-    PyObject* key = view.ptr();
-    made.watcher = py::weakref(view, py::cpp_function([key](py::handle) { views().erase(key); }));
-    all.emplace(key, std::move(made));
+    made.watcher = py::weakref(view, forget());
+    watched().emplace(made.watcher.ptr(), view.ptr());
+    all.emplace(view.ptr(), std::move(made));
 }
 
 void Views::check(py::handle object) {

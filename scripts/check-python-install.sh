@@ -43,7 +43,7 @@ PY
 )
 
 PIP_PREFIX="$PREFIX/pip"
-CAUDALIS_CMAKE_BUILD_DIR="$PWD/$BUILD_DIR" "$PYTHON" -m pip install --no-build-isolation --no-deps --quiet \
+CAUDALIS_CMAKE_BUILD_DIR="$PWD/$BUILD_DIR" "$PYTHON" -m pip install --no-build-isolation --no-deps --quiet --root-user-action=ignore \
     --prefix "$PIP_PREFIX" .
 PIP_SITE="$("$PYTHON" -c 'import sys, sysconfig; print(sysconfig.get_path("purelib", sys.argv[1], vars={"base": sys.argv[2]}))' \
     posix_local "$PIP_PREFIX")"

@@ -22,11 +22,12 @@ class CMakeExtension(Extension):
 
 class CMakeBuild(build_ext):
     def build_extension(self, ext):
-        build_dir = pathlib.Path(os.environ.get("CAUDALIS_CMAKE_BUILD_DIR") or
-                                 pathlib.Path(self.build_temp) / "cmake").resolve()
-        configure = ["cmake", "-S", str(SOURCE_DIR), "-B", str(build_dir), "-DCMAKE_BUILD_TYPE=Release",
-                     "-DCAUDALIS_BUILD_TESTS=OFF", "-DCAUDALIS_BUILD_BENCHMARKS=OFF",
-                     "-DCAUDALIS_PYTHON_BUNDLE_LIBRARY=ON", f"-DPython3_EXECUTABLE={sys.executable}"]
+        own_tree = os.environ.get("CAUDALIS_CMAKE_BUILD_DIR")
+        build_dir = pathlib.Path(own_tree or pathlib.Path(self.build_temp) / "cmake").resolve()
+        configure = ["cmake", "-S", str(SOURCE_DIR), "-B", str(build_dir), "-DCAUDALIS_PYTHON_BUNDLE_LIBRARY=ON",
+                     f"-DPython3_EXECUTABLE={sys.executable}"]
+        if not own_tree:  # a tree of one's own keeps its options
+            configure += ["-DCMAKE_BUILD_TYPE=Release", "-DCAUDALIS_BUILD_TESTS=OFF", "-DCAUDALIS_BUILD_BENCHMARKS=OFF"]
         configure += os.environ.get("CMAKE_ARGS", "").split()
         subprocess.run(configure, check=True)
         jobs = os.environ.get("CMAKE_BUILD_PARALLEL_LEVEL", "2")

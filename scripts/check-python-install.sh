@@ -45,6 +45,7 @@ PY
 PIP_PREFIX="$PREFIX/pip"
 CAUDALIS_CMAKE_BUILD_DIR="$PWD/$BUILD_DIR" "$PYTHON" -m pip install --no-build-isolation --no-deps --quiet --root-user-action=ignore \
     --prefix "$PIP_PREFIX" .
+cmake "$BUILD_DIR" -DCAUDALIS_PYTHON_BUNDLE_LIBRARY=OFF > /dev/null  # the tree as it was
 PIP_SITE="$("$PYTHON" -c 'import sys, sysconfig; print(sysconfig.get_path("purelib", sys.argv[1], vars={"base": sys.argv[2]}))' \
     posix_local "$PIP_PREFIX")"
 (cd "$PREFIX" && env -u LD_LIBRARY_PATH PYTHONPATH="$PIP_SITE" "$PYTHON" - "$PIP_SITE" "$OLDPWD" "$WORK" <<'PY'

@@ -5,6 +5,9 @@ The whole library under its own names (``Statics.application().newPivot()``,
 :class:`Error`, and a Pythonic layer over the design services.
 """
 from . import _caudalis
+from ._arguments import name_parameters as _name_parameters
+
+_name_parameters(_caudalis)
 from ._caudalis import *  # noqa: F401,F403
 from ._caudalis import Error, Null, checked, integer  # noqa: F401
 from ._arrays import BoundedArray  # noqa: F401

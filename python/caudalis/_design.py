@@ -13,7 +13,10 @@ def _description(source):
     if isinstance(source, dict):
         return services.DesignFile.parse(json.dumps(source), "<dict>")
     if isinstance(source, (str, os.PathLike)):
-        return services.DesignFile.load(os.fspath(source))
+        path = os.fspath(source)
+        if not os.path.isfile(path):
+            raise FileNotFoundError(f"design file {path} does not exist")
+        return services.DesignFile.load(path)
     raise TypeError(f"design() takes a design file path or a dict, not {type(source).__name__}")
 
 

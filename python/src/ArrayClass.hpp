@@ -7,24 +7,56 @@
 
 #include "Bindings.hpp"
 #include "VariantConversion.hpp"
+#include "Views.hpp"
 #include "caudalis/core/BoundedArray.hpp"
 
 namespace caudalis::python {
 
+/// Where the element `index` of the array held by `parent` is now (nullptr when it has none).
+template <class Array>
+const void* locateElement(py::handle parent, Long index) {
+    Array& array = parent.cast<Array&>();
+    try {
+        return &array(index);
+    } catch (const Error&) {
+        return nullptr;
+    }
+}
+
 /// Indexing, length, iteration, equality, a list copy and a repr, shared by the bounded and
-/// the fixed arrays. Elements are reached in place: `p.Tramos[2].diametro = 150` changes `p`
-/// (a reference into an array is only good until the array is re-dimensioned).
+/// the fixed arrays. A record element is reached in place: `p.Tramos[2].diametro = 150` changes
+/// `p`; the element object is a view that raises ReferenceError once the array no longer holds
+/// it (see Views).
 template <class Array, class Element, class Class>
 void addSequenceProtocol(Class& cls) {
     cls.def("__len__", [](const Array& self) { return self.count(); });
     cls.def(
-        "__getitem__", [](Array& self, Long index) -> Element& { return self(index); },
+        "__getitem__",
+        [](Array& self, Long index) -> Element& {
+            Element& element = self(index);
+            if constexpr (isViewable<Element>) {
+                Views::expectElement(&element, &locateElement<Array>, index);
+            }
+            return element;
+        },
         py::return_value_policy::reference_internal,
         "The element at `index` (between the bounds; 9 otherwise).");
     cls.def("__setitem__", [](Array& self, Long index, const Element& value) { self(index) = value; });
     cls.def(
-        "__iter__", [](Array& self) { return py::make_iterator(self.begin(), self.end()); },
-        py::keep_alive<0, 1>());
+        "__iter__",
+        [](py::object self) {
+            const Array& array = self.cast<const Array&>();
+            const Long count = array.count();
+            py::list items;
+            if (count > 0) {
+                const py::object item = self.attr("__getitem__");
+                for (Long index = array.lbound(), last = index + count; index < last; ++index) {
+                    items.append(item(index));
+                }
+            }
+            return py::iter(items);
+        },
+        "The elements in order, as indexing gives them.");
     cls.def(
         "tolist",
         [](const Array& self) { return py::list(py::cast(std::vector<Element>(self.begin(), self.end()))); },
@@ -35,6 +67,14 @@ void addSequenceProtocol(Class& cls) {
                self.attr("bounds")().equal(other.attr("bounds")());
     });
     cls.attr("__hash__") = py::none();
+}
+
+/// The error of `method`, which writes back into the array it is given, when it is given a
+/// Python list or tuple: that would be converted into a temporary array and the change lost.
+[[noreturn]] inline void refuseList(const char* method) {
+    throw py::type_error(std::string(method) +
+                         " writes back into the array it is given: pass a caudalis.BoundedArray "
+                         "(for instance caudalis.BoundedArray[float](values)), not a list or a tuple");
 }
 
 /// Binds `BoundedArray<Element>` under `name`. A Python list converts into one implicitly

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "Casters.hpp"
+
 namespace caudalis::python {
 
 namespace py = pybind11;

@@ -13,7 +13,7 @@ namespace caudalis::python {
 // every signature, whatever subsystem binds it, names the Python classes it takes and gives.
 using ObjectClass = py::class_<Object, std::shared_ptr<Object>>;
 using CollectionClass = py::class_<Collection, std::shared_ptr<Collection>>;
-using ComparatorClass = py::class_<Comparator, PyComparator, Object, std::shared_ptr<Comparator>>;
+using ComparatorClass = py::class_<Comparator, Object, std::shared_ptr<Comparator>>;
 using ArraysClass = py::class_<Arrays, std::shared_ptr<Arrays>>;
 using DoublesClass = py::class_<Doubles, std::shared_ptr<Doubles>>;
 using ExceptionsClass = py::class_<Exceptions, std::shared_ptr<Exceptions>>;

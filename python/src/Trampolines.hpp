@@ -6,7 +6,6 @@
 
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
-#include "caudalis/core/Comparator.hpp"
 #include "caudalis/hydraulics/CalculosStrategy.hpp"
 #include "caudalis/hydraulics/PivotApplier.hpp"
 #include "caudalis/hydraulics/PivotWrapper.hpp"
@@ -14,26 +13,6 @@
 namespace caudalis::python {
 
 namespace py = pybind11;
-
-/// Lets Python classes derive from `Comparator` and be used by `Arrays.Sort`.
-class PyComparator : public Comparator {
-public:
-    bool GT(const Variant& First, const Variant& second) override {
-        PYBIND11_OVERRIDE(bool, Comparator, GT, First, second);
-    }
-    bool GTE(const Variant& First, const Variant& second) override {
-        PYBIND11_OVERRIDE(bool, Comparator, GTE, First, second);
-    }
-    bool LT(const Variant& First, const Variant& second) override {
-        PYBIND11_OVERRIDE(bool, Comparator, LT, First, second);
-    }
-    bool LTE(const Variant& First, const Variant& second) override {
-        PYBIND11_OVERRIDE(bool, Comparator, LTE, First, second);
-    }
-    bool EQ(const Variant& First, const Variant& second) override {
-        PYBIND11_OVERRIDE(bool, Comparator, EQ, First, second);
-    }
-};
 
 /// Lets Python classes derive from `CalculosStrategy`. Each outlet reaches Python as a copy,
 /// so a strategy may keep the outlets it is shown.
@@ -61,13 +40,16 @@ public:
     }
 };
 
-/// Lets Python classes derive from `PivotApplier`; `apply` edits the caller's pivot in place.
+/// Lets Python classes derive from `PivotApplier`. `apply` is shown a copy of the caller's pivot
+/// and its changes are copied back, so an applier that keeps the pivot keeps its own copy.
 class PyPivotApplier : public PivotApplier {
 public:
     void apply(pivot& apivot) override {
         py::gil_scoped_acquire gil;
         if (py::function override = py::get_override(static_cast<const PivotApplier*>(this), "apply")) {
-            override(py::cast(&apivot, py::return_value_policy::reference));
+            const py::object shown = py::cast(pivot(apivot));
+            override(shown);
+            apivot = shown.cast<const pivot&>();
             return;
         }
         PivotApplier::apply(apivot);

@@ -4,6 +4,8 @@
 
 #include <optional>
 
+#include "Casters.hpp"
+
 #include "caudalis/core/Variant.hpp"
 
 namespace caudalis::python {

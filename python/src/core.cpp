@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "ArrayClass.hpp"
 #include "Bindings.hpp"
 #include "Declarations.hpp"
 #include "VariantConversion.hpp"
@@ -112,9 +113,12 @@ void bindErrors(py::module_& m) {
     m.def("raiseError", py::overload_cast<std::int32_t>(&raiseError), py::arg("number"), doc("raiseError"));
     m.def("raiseError", py::overload_cast<std::int32_t, const std::string&>(&raiseError), py::arg("number"),
           py::arg("description"), doc("raiseError", 1));
+    // Hosts never hold an Exceptions object: `throw` raises through the library's own instance.
+    // `Exceptions.throw(n)`; `throw_` is the same, for code that keeps clear of the C++ keyword.
+    const auto raiseNumber = [](const Variant& exception) { Exceptions::shared()->throw_(exception); };
     reopen<ExceptionsClass>()
-        .def_static("shared", &Exceptions::shared, doc("Exceptions.shared"))
-        .def("throw_", &Exceptions::throw_, py::arg("exception"), doc("Exceptions.throw_"));
+        .def_static("throw", raiseNumber, py::arg("exception"), doc("Exceptions.throw_"))
+        .def_static("throw_", raiseNumber, py::arg("exception"), doc("Exceptions.throw_"));
 }
 
 void bindVariant(py::module_& m) {
@@ -215,8 +219,8 @@ void addArrayOperations(ArraysClass& cls) {
 }
 
 void bindArraysAndDoubles(py::module_& m) {
+    // Hosts cannot make a Comparator; they receive one (a WaterDepthsComparator is one).
     reopen<ComparatorClass>()
-        .def(py::init<>())
         .def("GT", &Comparator::GT, py::arg("First"), py::arg("second"))
         .def("GTE", &Comparator::GTE, py::arg("First"), py::arg("second"))
         .def("LT", &Comparator::LT, py::arg("First"), py::arg("second"))
@@ -233,6 +237,12 @@ void bindArraysAndDoubles(py::module_& m) {
     addArrayOperations<Integer>(arrays);
     addArrayOperations<String>(arrays);
     addArrayOperations<Variant>(arrays);
+    arrays.def(
+        "Push", [](const Arrays&, const py::list&, const py::object&) { refuseList("Push"); },
+        py::arg("self_"), py::arg("element"));
+    arrays.def(
+        "Push", [](const Arrays&, const py::tuple&, const py::object&) { refuseList("Push"); },
+        py::arg("self_"), py::arg("element"));
     m.def("nextRandom", &nextRandom, doc("nextRandom"));
 
     reopen<DoublesClass>()

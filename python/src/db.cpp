@@ -112,6 +112,23 @@ void bindSqlText(py::module_& m) {
         py::arg("sql"), py::arg("params"),
         "Fills the \"?\" marks of `sql` from left to right with the elements of `params` and returns the "
         "text (Python strings cannot be written back). A Null element raises 94.");
+    m.def(
+        "isNewRecord",
+        [](const py::object& item) {
+            if (!py::hasattr(item, "id")) {
+                throw py::type_error(
+                    "isNewRecord(item): the item has no id (pass a record or object that is stored)");
+            }
+            py::object id = item.attr("id");
+            if (PyCallable_Check(id.ptr()) != 0) {
+                id = id();  // an object's id is a property: a method without arguments
+            }
+            if (!py::isinstance<py::int_>(id) && !py::isinstance<py::float_>(id)) {
+                throw py::type_error("isNewRecord(item): the item's id is not a number");
+            }
+            return id.cast<Double>() <= 0;
+        },
+        py::arg("item"), doc("isNewRecord"));
     m.def("innerJoin", &innerJoin, py::arg("tables"), py::arg("lastIndex") = -1, doc("innerJoin"));
     m.def("sqlDouble", &sqlDouble, py::arg("value"), doc("sqlDouble"));
     m.def("decimalSeparator", &decimalSeparator, doc("decimalSeparator"));

@@ -30,9 +30,9 @@ void bindDesignError(py::module_& services) {
     py::dict scope;
     scope["__name__"] = "caudalis.services";
     py::exec(R"py(
-class DesignError(Exception):
+class DesignError(ValueError):
     """A failure of the design services, with a message that names the file, field or figure
-    at fault; `kind` is "invalid-input" or "not-settled"."""
+    at fault; `kind` is "invalid-input" or "not-settled". A ValueError: the input was at fault."""
 
     def __init__(self, message, kind="invalid-input"):
         super().__init__(message)

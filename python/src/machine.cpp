@@ -1,4 +1,5 @@
 // Spans, placements, end gun, pivot assembly and outlet addresses.
+#include "ArrayClass.hpp"
 #include "Bindings.hpp"
 #include "Declarations.hpp"
 #include "VariantConversion.hpp"
@@ -14,8 +15,8 @@ namespace caudalis::python {
 namespace {
 
 void bindTramos() {
-    reopen<TramosClass>()
-        .def(py::init<>())
+    auto tramos = reopen<TramosClass>();
+    tramos.def(py::init<>())
         .def_static("shared", &Tramos::shared)
         .def("newTramo", &Tramos::newTramo, py::arg("id"), py::arg("denominacion"), py::arg("longitud"),
              py::arg("diametro"), py::arg("separationSaidas_cm"), py::arg("cota") = Variant(),
@@ -33,6 +34,18 @@ void bindTramos() {
         .def("DischargeVariation", &Tramos::DischargeVariation, py::arg("self_"),
              doc("Tramos.DischargeVariation"))
         .def("OutletCount", &Tramos::OutletCount, py::arg("self_"), doc("Tramos.OutletCount"));
+    tramos.def(
+        "BuildPlacements",
+        [](const Tramos&, const py::list&, const py::object&, const py::object&) {
+            refuseList("BuildPlacements");
+        },
+        py::arg("Tramos"), py::arg("start_cota"), py::arg("cotas"));
+    tramos.def(
+        "BuildPlacements",
+        [](const Tramos&, const py::tuple&, const py::object&, const py::object&) {
+            refuseList("BuildPlacements");
+        },
+        py::arg("Tramos"), py::arg("start_cota"), py::arg("cotas"));
 }
 
 void bindTypes() {

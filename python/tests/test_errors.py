@@ -30,8 +30,20 @@ def test_raise_error_and_throw(statics):
         caudalis.raiseError(3021, "no current row")
     assert (raised.value.number, raised.value.description) == (3021, "no current row")
     with pytest.raises(caudalis.Error) as raised:
-        caudalis.Exceptions.shared().throw_(caudalis.ObjectErrorBase + 900)
+        caudalis.Exceptions.throw(caudalis.ObjectErrorBase + 900)
     assert raised.value.number == caudalis.ObjectErrorBase + 900
+    with pytest.raises(caudalis.Error) as raised:
+        getattr(caudalis.Exceptions, "throw")("1000")
+    assert raised.value.number == 1000
+    with pytest.raises(caudalis.Error) as raised:
+        caudalis.Exceptions.throw_("no number")
+    assert raised.value.number == 13
+
+
+def test_hosts_reach_neither_the_shared_exceptions_nor_a_new_one():
+    assert not hasattr(caudalis.Exceptions, "shared")
+    with pytest.raises(TypeError):
+        caudalis.Exceptions()
 
 
 def test_error_is_an_exception_that_python_code_may_raise():

@@ -43,5 +43,7 @@ def test_every_python_block_of_the_tutorial_runs(workspace, capsys):
     assert namespace["computed"].Tramos.count() == 2
     assert "invalid-input" in printed and "length_m" in printed
     assert "bad-readings.txt line 2" in printed
+    assert "gone: this object stood for an element that is gone" in printed
+    assert namespace["spans"][1].longitude == 60.0
     assert re.search(r"error -?\d+ Caudalis .+\nTrue\n", printed)
     assert namespace["trimmed"].document["end_gun_zone"]["collectors"] > 0

@@ -67,18 +67,11 @@ def test_bounded_arrays_keep_their_bounds():
         caudalis.BoundedArray[complex]
 
 
-def test_a_python_comparator_sorts(statics):
-    class Descending(caudalis.Comparator):
-        def GTE(self, First, second):
-            return First <= second
-
-        def LT(self, First, second):
-            return First > second
-
-    values = caudalis.BoundedArray[float]([3.0, 1.0, 4.0, 1.5, 9.0, 2.0])
-    ordered = statics.Arrays().Sort(values, Descending())
-    assert ordered.tolist() == [9.0, 4.0, 3.0, 2.0, 1.5, 1.0]
-    assert statics.Arrays().Sort(values, caudalis.Comparator()).tolist() == sorted(values.tolist())
+def test_hosts_cannot_make_a_comparator():
+    with pytest.raises(TypeError):
+        caudalis.Comparator()
+    with pytest.raises(TypeError):
+        caudalis.WaterDepthsComparator()
 
 
 def test_water_depths_sort_by_distance(statics):

@@ -60,8 +60,8 @@ std::shared_ptr<Aspersor> nozzleOf(const CatalogueRow& row, const modelo& model)
 /// the import's transaction begins, since a failed statement ends a PostgreSQL transaction.
 void requireDiameterTable(Connection& catalogue, const std::string& cataloguePath,
                           const std::vector<CatalogueRow>& rows) {
-    const bool anyDiameter =
-        std::any_of(rows.begin(), rows.end(), [](const CatalogueRow& row) { return row.wettedDiameterM.has_value(); });
+    const bool anyDiameter = std::any_of(
+        rows.begin(), rows.end(), [](const CatalogueRow& row) { return row.wettedDiameterM.has_value(); });
     if (anyDiameter && !design::WettedDiameters::available(catalogue)) {
         throw InputError("catalogue database " + cataloguePath +
                          " has no table for wetted diameters: load data/schema/catalogue.sql into it "
@@ -70,7 +70,8 @@ void requireDiameterTable(Connection& catalogue, const std::string& cataloguePat
 }
 
 /// Stores the wetted diameters the rows give, the last one given for a model winning.
-void storeWettedDiameters(Connection& catalogue, const KnownNames& known, const std::vector<CatalogueRow>& rows) {
+void storeWettedDiameters(Connection& catalogue, const KnownNames& known,
+                          const std::vector<CatalogueRow>& rows) {
     for (const auto& row : rows) {
         if (row.wettedDiameterM) {
             design::WettedDiameters::store(catalogue, known.modelOf(row).id, *row.wettedDiameterM);

@@ -124,7 +124,8 @@ CollectionRef AspersoresStatic::MarcasAllOn(Connection& con) const {
 CollectionRef AspersoresStatic::ModelosAllOn(Connection& con) const {
     const auto operands =
         BoundedArray<Variant>::of({"Modelos", "Marca ON modelos.id_marca=marca.id_marca"}, 0);
-    const auto rs = con.Execute("SELECT " + modeloColumns() + "," + marcaColumns() + " FROM " + innerJoin(operands));
+    const auto rs =
+        con.Execute("SELECT " + modeloColumns() + "," + marcaColumns() + " FROM " + innerJoin(operands));
     return collectRows(*rs, [](const Recordset& row) { return Variant::record(rowToModelo(row)); });
 }
 

@@ -30,8 +30,21 @@ for option in "$@"; do
 done
 mapfile -t packages < <(cat "${lists[@]}" | sed -e 's/#.*//' -e 's/[[:space:]]//g' | grep -v '^$' | sort -u)
 
-# apt-get update alone reports a source it could not read as a warning and exits 0.
-if ! $SUDO apt-get update --error-on=any; then
+# apt-get update alone reports a source it could not read as a warning and exits 0. A mirror in
+# the middle of a sync serves an index of the wrong size for a minute or two: try a few times
+# (CAUDALIS_APT_UPDATE_TRIES, default 3, 30 s apart) before giving up.
+update_lists() {
+  local try tries=${CAUDALIS_APT_UPDATE_TRIES:-3}
+  for ((try = 1; try <= tries; try++)); do
+    $SUDO apt-get update --error-on=any && return 0
+    if ((try < tries)); then
+      echo "install-deps.sh: apt-get update failed (try $try of $tries); trying again in 30 s" >&2
+      sleep 30
+    fi
+  done
+  return 1
+}
+if ! update_lists; then
   echo "install-deps.sh: apt-get update failed (see above), so apt would choose from stale or missing" \
     "package lists; nothing was installed. Fix the sources or the network and run it again." >&2
   exit 1

@@ -75,7 +75,7 @@ Dir::Cache "$scratch/cache";
 CONF
 before=$(apt_installed_packages | md5sum)
 rc=0
-out=$(APT_CONFIG="$scratch/apt.conf" bash "$root/scripts/install-deps.sh" 2>&1) || rc=$?
+out=$(CAUDALIS_APT_UPDATE_TRIES=1 APT_CONFIG="$scratch/apt.conf" bash "$root/scripts/install-deps.sh" 2>&1) || rc=$?
 expect_rc 1 "$rc" "install-deps.sh with a failing apt-get update"
 expect_text "$out" "apt-get update failed" "install-deps.sh with a failing apt-get update"
 expect_text "$out" "nothing was installed" "install-deps.sh with a failing apt-get update"

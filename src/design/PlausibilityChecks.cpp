@@ -11,7 +11,7 @@ std::optional<Finding> PlausibilityChecks::outside(const TypicalRange& range, do
     }
     const bool far = range.far(value);
     return Finding{far ? Severity::Warning : Severity::Note, code,
-                   fmt::format("{}, outside the usual {:g} to {:g}{}", what, range.low, range.high,
+                   fmt::format("{}, outside the usual {:.3g} to {:.3g}{}", what, range.low, range.high,
                                far ? ": far enough to be a typing mistake (a unit?)" : "")};
 }
 
@@ -32,19 +32,36 @@ void PlausibilityChecks::checkRegulators(const DesignResult& result, const Units
     }
 }
 
-void PlausibilityChecks::checkCapacity(const DesignResult& result, std::vector<Finding>& findings) {
+namespace {
+
+/// How many of the system's flow-per-area units one l/s per ha is: l/s per ha, or gpm per acre.
+double flowPerAreaFactor(const Units& units) {
+    return units.system() == UnitSystem::SI
+               ? 1.0
+               : units.fromSI(Quantity::Flow, 1.0) / units.fromSI(Quantity::Area, 1e4);
+}
+
+}  // namespace
+
+void PlausibilityChecks::checkCapacity(const DesignResult& result, const Units& units,
+                                       std::vector<Finding>& findings) {
     const auto& summary = result.summary;
+    const bool si = units.system() == UnitSystem::SI;
     if (summary.irrigatedAreaM2 > 0) {
-        const double perHa = summary.designFlowLps / (summary.irrigatedAreaM2 / 1e4);
-        if (auto finding = outside(flowPerAreaLpsPerHa, perHa, "flow-per-area-unusual",
-                                   fmt::format("the design flow is {:.2f} l/s per ha irrigated", perHa))) {
+        const double factor = flowPerAreaFactor(units);
+        const double perArea = summary.designFlowLps / (summary.irrigatedAreaM2 / 1e4) * factor;
+        if (auto finding = outside(flowPerAreaLpsPerHa.scaled(factor), perArea, "flow-per-area-unusual",
+                                   fmt::format("the design flow is {:.2f} {} irrigated", perArea,
+                                               si ? "l/s per ha" : "gpm per acre"))) {
             findings.push_back(*finding);
         }
     }
     if (summary.depthMm && *summary.depthMm > 0) {
-        if (auto finding = outside(
-                depthPerRevolutionMm, *summary.depthMm, "depth-per-revolution-unusual",
-                fmt::format("the machine lays {:.1f} mm per revolution at 100 % timer", *summary.depthMm))) {
+        const double factor = units.fromSI(Quantity::Depth, 1.0);
+        const double depth = *summary.depthMm * factor;
+        if (auto finding = outside(depthPerRevolutionMm.scaled(factor), depth, "depth-per-revolution-unusual",
+                                   fmt::format("the machine lays {:.{}f} {} per revolution at 100 % timer",
+                                               depth, si ? 1 : 2, units.symbol(Quantity::Depth)))) {
             findings.push_back(*finding);
         }
     }
@@ -53,7 +70,7 @@ void PlausibilityChecks::checkCapacity(const DesignResult& result, std::vector<F
 std::vector<Finding> PlausibilityChecks::check(const DesignResult& result, const Units& units) {
     std::vector<Finding> findings;
     checkRegulators(result, units, findings);
-    checkCapacity(result, findings);
+    checkCapacity(result, units, findings);
     if (result.summary.uniformityBelowZero) {
         findings.push_back(
             {Severity::Warning, "uniformity-below-zero",

@@ -230,6 +230,18 @@ TEST(DesignChecks, FiguresOutsideTheirTypicalRangesAreFound) {
     EXPECT_NE(capacity->message.find("0.07 l/s per ha irrigated, outside the usual 0.6 to 1.2: far enough"),
               std::string::npos)
         << capacity->message;
+    // A US design reads the same findings in its own units.
+    const auto us = PlausibilityChecks::check(result, Units(UnitSystem::US));
+    const auto usCapacity = std::find_if(
+        us.begin(), us.end(), [](const Finding& finding) { return finding.code == "flow-per-area-unusual"; });
+    ASSERT_NE(usCapacity, us.end());
+    EXPECT_NE(
+        usCapacity->message.find("0.45 gpm per acre irrigated, outside the usual 3.85 to 7.7: far enough"),
+        std::string::npos)
+        << usCapacity->message;
+    EXPECT_NE(us.front().message.find("rated 2.9 psi; regulators on pivots are rated 5.9 to 24.9 psi"),
+              std::string::npos)
+        << us.front().message;
     // No figure outside its range is given: a CU is 0 % or more, or none.
     EXPECT_TRUE(!result.summary.uniformityCoefficient || *result.summary.uniformityCoefficient >= 0);
     // The small example's 8 l/s on 2.9 ha is unusual, not a mistake: a note.
@@ -248,6 +260,14 @@ TEST(DesignChecks, DepthPerRevolutionOutsideItsRange) {
     const auto* depth = findingOf(result, "depth-per-revolution-unusual");
     ASSERT_NE(depth, nullptr);
     EXPECT_EQ(depth->severity, Severity::Warning) << depth->message;
+    const auto us = PlausibilityChecks::check(result, Units(UnitSystem::US));
+    const auto usDepth = std::find_if(us.begin(), us.end(), [](const Finding& finding) {
+        return finding.code == "depth-per-revolution-unusual";
+    });
+    ASSERT_NE(usDepth, us.end());
+    EXPECT_NE(usDepth->message.find(" in per revolution at 100 % timer, outside the usual 0.197 to 0.984"),
+              std::string::npos)
+        << usDepth->message;
     EXPECT_EQ(PlausibilityChecks::outside(PlausibilityChecks::depthPerRevolutionMm, 12, "x", "y"),
               std::nullopt);
     EXPECT_EQ(PlausibilityChecks::outside(PlausibilityChecks::depthPerRevolutionMm, 30, "x", "y")->severity,

@@ -19,14 +19,16 @@ struct TypicalRange {
 
     bool holds(double value) const { return value >= low && value <= high; }
     bool far(double value) const { return value < low / farFactor || value > high * farFactor; }
+    /// The same range in a unit `factor` times smaller (each end multiplied by it).
+    constexpr TypicalRange scaled(double factor) const { return {low * factor, high * factor}; }
 
     static constexpr double farFactor = 3;
 };
 
 /// Checks a computed design's figures against the typical ranges. Codes:
 /// - warning `regulator-rating-unusual`: a regulator rated outside 41-172 kPa (6-25 psi);
-/// - warning / note `flow-per-area-unusual`: system capacity outside 0.6-1.2 l/s per ha (a
-///   warning beyond three times past either end);
+/// - warning / note `flow-per-area-unusual`: system capacity outside 0.6-1.2 l/s per ha
+///   (3.85-7.7 gpm per acre; a warning beyond three times past either end);
 /// - warning / note `depth-per-revolution-unusual`: depth per revolution at 100 % timer outside
 ///   5-25 mm (likewise);
 /// - warning `uniformity-below-zero`: the outlets' depths are so uneven that the Heermann-Hein
@@ -46,7 +48,7 @@ public:
 private:
     static void checkRegulators(const DesignResult& result, const Units& units,
                                 std::vector<Finding>& findings);
-    static void checkCapacity(const DesignResult& result, std::vector<Finding>& findings);
+    static void checkCapacity(const DesignResult& result, const Units& units, std::vector<Finding>& findings);
 };
 
 }  // namespace caudalis::design

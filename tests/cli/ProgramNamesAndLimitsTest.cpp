@@ -105,7 +105,8 @@ TEST_F(ProgramNamesAndLimitsTest, CatalogueNamesWithAMarkAreRefusedBeforeAnythin
 
 TEST_F(ProgramNamesAndLimitsTest, InterruptedImportLeavesNoScratchFilesAndTheCatalogueAsItWas) {
     const auto before = databases();
-    const auto csv = write("many.csv", nozzleRows("Nimbra", "NX", 20000));
+    // Enough rows that the import is still running when the interrupt comes (about 1 s here).
+    const auto csv = write("many.csv", nozzleRows("Nimbra", "NX", 200000));
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
@@ -119,7 +120,7 @@ TEST_F(ProgramNamesAndLimitsTest, InterruptedImportLeavesNoScratchFilesAndTheCat
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
     ASSERT_TRUE(holdsImportScratch()) << "the import never started";
-    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
     ASSERT_EQ(kill(child, SIGINT), 0);
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);

@@ -1,6 +1,7 @@
 #include "SqliteLiteralLift.hpp"
 
 #include <charconv>
+#include <utility>
 
 namespace caudalis {
 namespace {
@@ -188,7 +189,9 @@ private:
         at_ = i;
         if (real) {
             lift_.shape_ += "CAST(? AS REAL)";
-            lift_.values_.push_back({Value::Kind::Real, 0, (negative ? "-" : "") + std::string(literal)});
+            std::string text(negative ? "-" : "");
+            text.append(literal);
+            lift_.values_.push_back({Value::Kind::Real, 0, std::move(text)});
             return true;
         }
         if (integerDigits > safeIntegerDigits) {

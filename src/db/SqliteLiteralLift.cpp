@@ -57,13 +57,9 @@ public:
         if (!prefix()) {
             return false;
         }
-        do {
-            copySpaces();
-            if (!tuple()) {
-                return false;
-            }
-            copySpaces();
-        } while (take(','));
+        if (!commaSeparated([this] { return tuple(); })) {
+            return false;
+        }
         if (take(';')) {
             copySpaces();
         }
@@ -101,19 +97,25 @@ private:
         return false;
     }
 
+    /// "item, item, ...", spaces copied around each item.
+    template <typename Item>
+    bool commaSeparated(Item item) {
+        do {
+            copySpaces();
+            if (!item()) {
+                return false;
+            }
+            copySpaces();
+        } while (take(','));
+        return true;
+    }
+
     /// "( value, value, ... )".
     bool tuple() {
         if (!take('(')) {
             return false;
         }
-        do {
-            copySpaces();
-            if (!value()) {
-                return false;
-            }
-            copySpaces();
-        } while (take(','));
-        return take(')');
+        return commaSeparated([this] { return value(); }) && take(')');
     }
 
     bool value() {

@@ -133,8 +133,11 @@ design::DesignResult computeDesign(const design::DesignDescription& description,
     }
 }
 
-std::string defaultEvaluationName(const std::vector<std::string>& paths) {
-    return std::filesystem::path(paths.front()).stem().string();
+/// The readings file's name, and the test's when one test of a sheet of several is evaluated.
+std::string defaultEvaluationName(const std::vector<std::string>& paths,
+                                  const std::optional<std::string>& test) {
+    const auto stem = std::filesystem::path(paths.front()).stem().string();
+    return test ? stem + " " + *test : stem;
 }
 
 }  // namespace
@@ -211,7 +214,7 @@ void CommandLine::evaluateReadings() {
     if (o.readingsPaths.empty()) {
         throw UsageError("evaluate needs a readings file, or list or show ID");
     }
-    const auto name = o.evaluationName.value_or(defaultEvaluationName(o.readingsPaths));
+    const auto name = o.evaluationName.value_or(defaultEvaluationName(o.readingsPaths, o.readingsTest));
     const EvaluationStore store(o.projectPath);
     if (o.saveEvaluation) {
         store.requireNameIsFree(name);

@@ -273,6 +273,10 @@ TEST_F(ProgramEvaluateTest, OneTestOfThePublishedSheet) {
     EXPECT_NEAR(figures["lines"][0]["figures"]["cu_hh_percent"].get<double>(), 90.344077, 0.5e-4);
     EXPECT_NEAR(figures["lines"][1]["figures"]["cu_hh_percent"].get<double>(), 88.762901, 0.5e-4);
     EXPECT_NEAR(figures["lines_mean"]["cu_hh_percent"].get<double>(), 89.553489, 0.5e-4);
+    // The printout names the test as well as the sheet.
+    const auto printout = run("evaluate " + quoted(sheet) + " --test QT_2 --gauge-diameter 0.08");
+    EXPECT_NE(printout.out.find("Field evaluation: pivot-catch-cans-vicosa-2025 QT_2\n"), std::string::npos)
+        << printout.out;
     expectFailure(run("evaluate " + quoted(sheet) + " --gauge-diameter 0.08"), ExitCode::BadInput,
                   "holds 14 tests (QT_2, QT_3, Q0_E03");
     const auto text = write("r.txt", "10 5\n");

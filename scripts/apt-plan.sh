@@ -68,3 +68,36 @@ apt_report_installation() {
     echo "$tag: new packages: ${new[*]}"
   fi
 }
+
+# Reads the output of `apt-get update` on stdin and prints the architecture of every index it
+# failed to fetch ("E: Failed to fetch .../binary-i386/Packages.xz ..."), one a line; a failure
+# that is not an architecture's index (a Release file, an unreachable mirror) prints "all".
+apt_failed_index_architectures() {
+  local line
+  while IFS= read -r line; do
+    [[ "$line" == "E: Failed to fetch "* ]] || continue
+    if [[ "$line" =~ /binary-([a-z0-9]+)/ ]]; then
+      echo "${BASH_REMATCH[1]}"
+    else
+      echo "all"
+    fi
+  done | sort -u
+}
+
+# Returns 0 when every index that `apt-get update` failed to fetch (its output in the file
+# `update_log`) belongs to a foreign architecture that none of `packages` (the rest of the
+# arguments, as given to apt-get install) asks for; then the lists apt installs from are fresh.
+apt_update_failures_spare_packages() {
+  local update_log=$1 arch package
+  shift
+  local native
+  native=$(dpkg --print-architecture)
+  while read -r arch; do
+    [ -n "$arch" ] || continue
+    if [ "$arch" = all ] || [ "$arch" = "$native" ]; then return 1; fi
+    for package in "$@"; do
+      if [[ "$package" == *":$arch" ]]; then return 1; fi
+    done
+  done < <(apt_failed_index_architectures <"$update_log")
+  grep -q "^E: Failed to fetch " "$update_log"
+}

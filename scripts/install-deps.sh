@@ -32,11 +32,15 @@ mapfile -t packages < <(cat "${lists[@]}" | sed -e 's/#.*//' -e 's/[[:space:]]//
 
 # apt-get update alone reports a source it could not read as a warning and exits 0. A mirror in
 # the middle of a sync serves an index of the wrong size for a minute or two: try a few times
-# (CAUDALIS_APT_UPDATE_TRIES, default 3, 30 s apart) before giving up.
+# (CAUDALIS_APT_UPDATE_TRIES, default 3, 30 s apart) before giving up. An index that still fails
+# stops the script unless it is a foreign architecture's (the security suite's i386 index, added
+# for Wine) that none of the packages asked for comes from: apt then installs from fresh lists.
+update_log=$(mktemp)
+trap 'rm -f "$update_log"' EXIT
 update_lists() {
   local try tries=${CAUDALIS_APT_UPDATE_TRIES:-3}
   for ((try = 1; try <= tries; try++)); do
-    $SUDO apt-get update --error-on=any && return 0
+    $SUDO apt-get update --error-on=any 2>&1 | tee "$update_log" && return 0
     if ((try < tries)); then
       echo "install-deps.sh: apt-get update failed (try $try of $tries); trying again in 30 s" >&2
       sleep 30
@@ -45,9 +49,16 @@ update_lists() {
   return 1
 }
 if ! update_lists; then
-  echo "install-deps.sh: apt-get update failed (see above), so apt would choose from stale or missing" \
-    "package lists; nothing was installed. Fix the sources or the network and run it again." >&2
-  exit 1
+  if apt_update_failures_spare_packages "$update_log" "${packages[@]}"; then
+    echo "install-deps.sh: WARNING: apt-get update could not read the index of architecture" \
+      "$(apt_failed_index_architectures <"$update_log" | paste -sd, -); none of the packages" \
+      "asked for comes from it, so the installation goes on from the fresh lists of" \
+      "$(dpkg --print-architecture)." >&2
+  else
+    echo "install-deps.sh: apt-get update failed (see above), so apt would choose from stale or missing" \
+      "package lists; nothing was installed. Fix the sources or the network and run it again." >&2
+    exit 1
+  fi
 fi
 plan=$(apt-get -s install --no-install-recommends "${packages[@]}")
 if ! apt_plan_check <<<"$plan"; then
@@ -59,7 +70,7 @@ if ! apt_plan_check <<<"$plan"; then
   echo "install-deps.sh: --allow-changes given: going ahead with the removals and downgrades above" >&2
 fi
 before=$(mktemp)
-trap 'rm -f "$before"' EXIT
+trap 'rm -f "$before" "$update_log"' EXIT
 apt_installed_packages >"$before"
 used_before=$(apt_disk_used_kib)
 allow=()

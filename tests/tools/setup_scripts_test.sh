@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The set-up scripts change nothing that the user has not seen: apt's plan is read before an
 # installation, a plan that removes or downgrades a package is refused, and a failed
-# `apt-get update` stops install-deps.sh before anything is installed. Runs apt for real
+# `apt-get update` stops install-deps.sh before anything is installed, unless only a foreign
+# architecture's index failed and no package asked for comes from it. Runs apt for real
 # (simulations, and an update from a source that cannot be reached); needs root, as apt-get
 # update does.
 set -euo pipefail
@@ -81,6 +82,39 @@ expect_text "$out" "apt-get update failed" "install-deps.sh with a failing apt-g
 expect_text "$out" "nothing was installed" "install-deps.sh with a failing apt-get update"
 if [ "$(apt_installed_packages | md5sum)" != "$before" ]; then
   fail "install-deps.sh changed the installed packages although apt-get update failed"
+fi
+
+# The failures of an update are read by architecture. The log below is what a mirror in the middle
+# of a sync printed: only the security suite's i386 index failed, which spares amd64 packages but
+# not an i386 one; an unreachable mirror spares nothing.
+native=$(dpkg --print-architecture)
+cat >"$scratch/i386.log" <<'LOG'
+Get:3 http://deb.debian.org/debian-security bookworm-security InRelease [34.8 kB]
+Err:4 http://deb.debian.org/debian-security bookworm-security/main i386 Packages
+  File has unexpected size (346968 != 366648). Mirror sync in progress? [IP: 203.0.113.80 80]
+E: Failed to fetch http://deb.debian.org/debian-security/dists/bookworm-security/main/binary-i386/Packages.xz  File has unexpected size (346968 != 366648). Mirror sync in progress? [IP: 203.0.113.80 80]
+E: Some index files failed to download. They have been ignored, or old ones used instead.
+LOG
+expect_text "$(apt_failed_index_architectures <"$scratch/i386.log")" "i386" "architectures of a failed i386 index"
+if [ "$native" != i386 ]; then
+  apt_update_failures_spare_packages "$scratch/i386.log" cmake libsqlite3-dev ||
+    fail "a failed i386 index stopped an installation of $native packages"
+  if apt_update_failures_spare_packages "$scratch/i386.log" cmake wine32:i386; then
+    fail "a failed i386 index let an installation of wine32:i386 go on"
+  fi
+fi
+sed "s/binary-i386/binary-$native/" "$scratch/i386.log" >"$scratch/native.log"
+if apt_update_failures_spare_packages "$scratch/native.log" cmake; then
+  fail "a failed $native index let an installation of $native packages go on"
+fi
+echo "E: Failed to fetch http://127.0.0.1:9/debian/dists/bookworm/InRelease  Could not connect" >"$scratch/down.log"
+expect_text "$(apt_failed_index_architectures <"$scratch/down.log")" "all" "architectures of an unreachable mirror"
+if apt_update_failures_spare_packages "$scratch/down.log" cmake; then
+  fail "an unreachable mirror let an installation go on"
+fi
+echo "Hit:1 http://deb.debian.org/debian bookworm InRelease" >"$scratch/clean.log"
+if apt_update_failures_spare_packages "$scratch/clean.log" cmake; then
+  fail "an update without failures was taken for one with spared failures"
 fi
 
 if [ "$failures" -gt 0 ]; then

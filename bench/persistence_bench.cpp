@@ -11,6 +11,7 @@
 
 #include "BenchCharts.hpp"
 #include "PairedTiming.hpp"
+#include "SqliteStatementCapture.hpp"
 #include "caudalis/caudalis.hpp"
 
 namespace {
@@ -59,6 +60,7 @@ private:
 };
 
 using bench::chartOf;
+using bench::SqliteStatementCapture;
 
 void BM_SaveAsNewChartOf600Sprinklers(benchmark::State& state) {
     BenchDatabases databases;
@@ -95,43 +97,6 @@ void BM_FindWholeCatalogue(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_FindWholeCatalogue)->Unit(benchmark::kMillisecond);
-
-/// The statement texts SQLite runs, as it runs them, while a capture is on. The capture
-/// hooks every connection opened meanwhile, the library's included.
-class StatementCapture {
-public:
-    StatementCapture() {
-        active_ = this;
-        sqlite3_auto_extension(reinterpret_cast<void (*)()>(&StatementCapture::hook));
-    }
-    ~StatementCapture() {
-        sqlite3_cancel_auto_extension(reinterpret_cast<void (*)()>(&StatementCapture::hook));
-        active_ = nullptr;
-    }
-    StatementCapture(const StatementCapture&) = delete;
-    StatementCapture& operator=(const StatementCapture&) = delete;
-
-    const std::vector<std::string>& statements() const noexcept { return statements_; }
-
-private:
-    static int hook(sqlite3* db, const char** /*error*/, const void* /*api*/) {
-        sqlite3_trace_v2(db, SQLITE_TRACE_STMT, &StatementCapture::trace, nullptr);
-        return SQLITE_OK;
-    }
-    static int trace(unsigned type, void* /*context*/, void* statement, void* text) {
-        const auto* sql = static_cast<const char*>(text);
-        if (type != SQLITE_TRACE_STMT || active_ == nullptr || std::string_view(sql).starts_with("--")) {
-            return 0;
-        }
-        char* expanded = sqlite3_expanded_sql(static_cast<sqlite3_stmt*>(statement));
-        active_->statements_.emplace_back(expanded != nullptr ? expanded : sql);
-        sqlite3_free(expanded);
-        return 0;
-    }
-
-    static inline StatementCapture* active_ = nullptr;
-    std::vector<std::string> statements_;
-};
 
 /// The yardstick of chart persistence: the captured statement texts run on a connection of its
 /// own, each prepared, stepped to the end with every column of every row read, and finalized.
@@ -254,7 +219,7 @@ public:
     /// The statements `work` makes SQLite run.
     template <class Work>
     static std::vector<std::string> statementsOf(Work&& work) {
-        const StatementCapture capture;
+        const SqliteStatementCapture capture;
         work();
         return capture.statements();
     }

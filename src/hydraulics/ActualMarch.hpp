@@ -30,7 +30,8 @@ public:
 
 private:
     void alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double start);
-    void evaluateSaida(saida& outlet, Double pReal, Double pAct);
+    /// Sets the outlet's pressures and sprinkler and returns the sprinkler's flow.
+    double evaluateSaida(saida& outlet, Double pReal, Double pAct);
     void computeEndGun(Gun& gun, const ParPressaoCaudal& cond);
     /// The drop-hose loss of the next outlet of the pass, whose required flow is `required`.
     double nextDropLoss(double required);

@@ -1,7 +1,6 @@
 #include "ActualMarch.hpp"
 
 #include <algorithm>
-#include <bit>
 
 #include "OutletCount.hpp"
 #include "SpanWalk.hpp"
@@ -31,15 +30,16 @@ using checked::add;
 using checked::mul;
 using checked::sub;
 
-ActualMarch::ActualMarch(PivotWrapper& wrapper, pivot& machine, const Drop& drop)
+ActualMarch::ActualMarch(PivotWrapper& wrapper, pivot& machine, const Drop& drop, DropLossTable& dropLosses)
     : wrapper_(wrapper),
       machine_(machine),
       dropLoss_(drop),
+      dropLosses_(dropLosses),
       chooser_(wrapper.strategy()),
       pivots_(Pivots::shared()) {}
 
 Double ActualMarch::alongPivot(Double inflow) {
-    outletOfPass_ = 0;
+    dropLosses_.startPass(dropLoss_);
     ParPressaoCaudal cond = pivots_->newParPressaoCaudal(machine_.presion, inflow);
     double total = 0.0;
     const Integer spans = pivots_->FixedSpansCount(machine_);
@@ -76,7 +76,7 @@ void ActualMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double
         saida& outlet = first[j - 1];
         outlet.distanciaAoPivot = walk.nextDistance();
         const double friction = mul(mul(walk.spacing(), pressurePerMetre), walk.unitLoss(roughness));
-        const double dropLoss = nextDropLoss(outlet.caudal);
+        const double dropLoss = dropLosses_.next(outlet.caudal);
         const double pPipe = sub(sub(walk.pressure(), walk.risePressure()), friction);
         const double pReal = doubles_.Max(0.0, sub(pPipe, dropLoss));
         const double pAct = aTramo.temRegulador ? aTramo.regulador.Preg : pReal;
@@ -86,20 +86,6 @@ void ActualMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double
         (void)aTramo.Saidas(present + 1);
     }
     aTramo.exit_condition = walk.exitConditions(walk.endStretchFriction(roughness));
-}
-
-inline double ActualMarch::nextDropLoss(double required) {
-    const auto requiredBits = std::bit_cast<std::uint64_t>(required);
-    const std::size_t outlet = outletOfPass_++;
-    if (outlet < knownDropLosses_.size() && knownDropLosses_[outlet].requiredBits == requiredBits) {
-        return knownDropLosses_[outlet].loss;
-    }
-    const double loss = dropLoss_.at(required);
-    if (outlet >= knownDropLosses_.size()) {
-        knownDropLosses_.resize(outlet + 1);
-    }
-    knownDropLosses_[outlet] = {requiredBits, loss};
-    return loss;
 }
 
 inline double ActualMarch::evaluateSaida(saida& outlet, Double pReal, Double pAct) {

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <vector>
 
 #include "ErrorMatchers.hpp"
 #include "MachineFixtures.hpp"
@@ -515,4 +518,50 @@ TEST(ActualMarch, OutletsNumberedFromAfterOneRaiseBeforeAnyOutlet) {
     strategy->calls.clear();
     EXPECT_RAISES(wrapper->compute(*strategy, wrapper->getDrop()), RuntimeError::SubscriptOutOfRange);
     EXPECT_TRUE(strategy->calls.empty());
+}
+
+namespace {
+
+/// Every outlet's ideal and actual pressures and flows, as bits.
+std::vector<std::uint64_t> outletBits(const PivotWrapper& wrapper) {
+    std::vector<std::uint64_t> values;
+    const pivot machine = contentsOf(wrapper);
+    for (const tramo& span : machine.Tramos) {
+        for (const saida& outlet : span.Saidas) {
+            for (const double value : {outlet.caudal, outlet.pressao_ideal, outlet.pressao_real,
+                                       outlet.pressao_actuante, outlet.caudal_do_aspersor}) {
+                values.push_back(std::bit_cast<std::uint64_t>(value));
+            }
+        }
+    }
+    return values;
+}
+
+std::shared_ptr<PivotWrapper> calculatedWithDrop(const std::shared_ptr<PivotWrapper>& wrapper,
+                                                 double diameter) {
+    wrapper->setDrop(Drops::shared()->newDrop(diameter, 3, PipeMaterial{1, "hose", 140}));
+    wrapper->installDrop();
+    wrapper->calculate();
+    return wrapper;
+}
+
+std::shared_ptr<PivotWrapper> freshWrapper() {
+    auto strategy = std::make_shared<RecordingStrategy>();
+    strategy->fixedNozzle = makeNozzle("n", 0.02, 0.5);
+    return wrap(withOverhangAndGun(twoSpanMachine()), strategy);
+}
+
+}  // namespace
+
+TEST(PivotWrapper, DropLossesKeptFromEarlierCalculationsChangeNoResult) {
+    const auto fresh = outletBits(*calculatedWithDrop(freshWrapper(), 16));
+    auto again = calculatedWithDrop(freshWrapper(), 20);
+    EXPECT_NE(outletBits(*again), fresh);
+    EXPECT_EQ(outletBits(*calculatedWithDrop(again, 16)), fresh);
+    EXPECT_EQ(outletBits(*calculatedWithDrop(again, 16)), fresh);
+    // A copy of a wrapper calculates on its own, as the wrapper does.
+    auto copy = std::make_shared<PivotWrapper>(*again);
+    EXPECT_EQ(outletBits(*calculatedWithDrop(copy, 16)), fresh);
+    EXPECT_EQ(outletBits(*calculatedWithDrop(again, 20)),
+              outletBits(*calculatedWithDrop(freshWrapper(), 20)));
 }

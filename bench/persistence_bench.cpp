@@ -2,15 +2,14 @@
 #include <sqlite3.h>
 
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "BenchCharts.hpp"
 #include "PairedTiming.hpp"
+#include "ScratchFolder.hpp"
 #include "SqliteStatementCapture.hpp"
 #include "caudalis/caudalis.hpp"
 
@@ -27,23 +26,13 @@ std::filesystem::path shippedData(const std::string& relative) {
 /// materials and catalogue) in a folder of the temporary directory, removed afterwards.
 class BenchDatabases {
 public:
-    BenchDatabases()
-        : folder_(std::filesystem::temp_directory_path() /
-                  ("caudalis-persistence-bench-" +
-                   std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()))) {
-        std::filesystem::create_directories(folder_);
+    BenchDatabases() {
         create(projectFile(), {"schema/project.sql", "sample/pipe-materials.sql"});
         create(catalogueFile(), {"schema/catalogue.sql", "sample/catalogue-data.sql"});
     }
-    ~BenchDatabases() {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder_, ignored);
-    }
-    BenchDatabases(const BenchDatabases&) = delete;
-    BenchDatabases& operator=(const BenchDatabases&) = delete;
 
-    std::string projectFile() const { return (folder_ / "project.db").string(); }
-    std::string catalogueFile() const { return (folder_ / "catalogue.db").string(); }
+    std::string projectFile() const { return (folder_.path() / "project.db").string(); }
+    std::string catalogueFile() const { return (folder_.path() / "catalogue.db").string(); }
     std::string projectConnection() const { return "Provider=SQLite;Data Source=" + projectFile(); }
     std::string catalogueConnection() const { return "Provider=SQLite;Data Source=" + catalogueFile(); }
 
@@ -56,7 +45,7 @@ private:
         }
     }
 
-    std::filesystem::path folder_;
+    bench::ScratchFolder folder_{"persistence-bench"};
 };
 
 using bench::chartOf;

@@ -8,13 +8,11 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 
-#include <chrono>
-#include <filesystem>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "PairedTiming.hpp"
+#include "ScratchFolder.hpp"
 
 extern char** environ;
 
@@ -35,19 +33,7 @@ double childrenCpuNanoseconds() {
 /// afterwards; runs the program in it.
 class ProgramFolder {
 public:
-    ProgramFolder()
-        : folder_(std::filesystem::temp_directory_path() /
-                  ("caudalis-program-bench-" +
-                   std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()))) {
-        std::filesystem::create_directories(folder_);
-        ok_ = run({"init", "."});
-    }
-    ~ProgramFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder_, ignored);
-    }
-    ProgramFolder(const ProgramFolder&) = delete;
-    ProgramFolder& operator=(const ProgramFolder&) = delete;
+    ProgramFolder() : ok_(run({"init", "."})) {}
 
     bool ready() const noexcept { return ok_; }
 
@@ -62,7 +48,7 @@ public:
         argv.push_back(nullptr);
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addchdir_np(&actions, folder_.c_str());
+        posix_spawn_file_actions_addchdir_np(&actions, folder_.path().c_str());
         posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
         pid_t child = 0;
         const int spawned = posix_spawn(&child, argv[0], &actions, nullptr, argv.data(), environ);
@@ -73,8 +59,8 @@ public:
     }
 
 private:
-    std::filesystem::path folder_;
-    bool ok_ = false;
+    caudalis::bench::ScratchFolder folder_{"program-bench"};
+    bool ok_;
 };
 
 /// `caudalis design examples/designs/realistic.json` beside `caudalis --version`, the program's

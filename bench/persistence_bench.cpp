@@ -9,8 +9,8 @@
 
 #include "BenchCharts.hpp"
 #include "PairedTiming.hpp"
-#include "ScratchFolder.hpp"
 #include "SqliteStatementCapture.hpp"
+#include "TemporaryFolder.hpp"
 #include "caudalis/caudalis.hpp"
 
 namespace {
@@ -45,7 +45,7 @@ private:
         }
     }
 
-    bench::ScratchFolder folder_{"persistence-bench"};
+    testing::TemporaryFolder folder_;
 };
 
 using bench::chartOf;

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "PairedTiming.hpp"
-#include "ScratchFolder.hpp"
+#include "TemporaryFolder.hpp"
 
 extern char** environ;
 
@@ -59,7 +59,7 @@ public:
     }
 
 private:
-    caudalis::bench::ScratchFolder folder_{"program-bench"};
+    caudalis::testing::TemporaryFolder folder_;
     bool ok_;
 };
 

@@ -1,8 +1,8 @@
 // The readings-file reader: any text is either groups of readings or a readings error naming the
 // text and line.
 #include "FuzzInput.hpp"
-#include "caudalis/design/FieldReadingsText.hpp"
-#include "caudalis/design/ReadingsError.hpp"
+#include "caudalis/fieldtests/FieldReadingsText.hpp"
+#include "caudalis/fieldtests/ReadingsError.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     try {

@@ -6,7 +6,7 @@
 #include "PlainText.hpp"
 #include "StorableText.hpp"
 #include "TextFile.hpp"
-#include "caudalis/design/ReadingsText.hpp"
+#include "caudalis/fieldtests/ReadingsText.hpp"
 
 namespace caudalis::cli {
 

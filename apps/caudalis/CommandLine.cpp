@@ -164,6 +164,11 @@ void CommandLine::defineEvaluate(CLI::App& app) {
                        "store the evaluation and its figures in the project database");
     addProjectOption(*evaluate, o.projectPath, "project database for --chart, --save, list and show");
     evaluate->add_flag("--json", o.json, "print everything as JSON");
+    evaluate
+        ->add_option("--units", o.units,
+                     "print distances and depths in si (m, mm) or us (ft, in); default: those of the "
+                     "readings file")
+        ->check(CLI::IsMember({"si", "us"}));
     evaluate->add_option("--report", o.reportPath,
                          "write the evaluation as one self-contained HTML page (plot and figures)");
     evaluate->add_subcommand("list", "list the stored evaluations with their CU and DU");
@@ -210,6 +215,10 @@ void CommandLine::defineChart(CLI::App& app) {
     addChartId(*show, o.chartId);
     show->add_option("--report", o.reportPath,
                      "also write the chart computed again as one HTML page, as design --report does");
+    show->add_option("--units", o.units,
+                     "print in these units: si (kPa, l/s, m, mm) or us (psi, gpm, ft, in); "
+                     "default: the stored design file's")
+        ->check(CLI::IsMember({"si", "us"}));
     addChartId(*chart->add_subcommand("delete", "delete a stored chart"), o.chartId);
 }
 

@@ -22,18 +22,18 @@
 #include "ReadingsFile.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
-#include "caudalis/design/CsvReport.hpp"
 #include "caudalis/design/DesignError.hpp"
 #include "caudalis/design/DesignFile.hpp"
-#include "caudalis/design/DesignPrintout.hpp"
 #include "caudalis/design/DesignRunner.hpp"
-#include "caudalis/design/FieldEvaluator.hpp"
-#include "caudalis/design/HtmlReport.hpp"
-#include "caudalis/design/JsonReport.hpp"
-#include "caudalis/design/ReadingsError.hpp"
-#include "caudalis/design/ReportLabels.hpp"
+#include "caudalis/design/ResultLabels.hpp"
 #include "caudalis/design/TextFile.hpp"
-#include "caudalis/design/TextReport.hpp"
+#include "caudalis/fieldtests/FieldEvaluator.hpp"
+#include "caudalis/fieldtests/ReadingsError.hpp"
+#include "caudalis/report/CsvReport.hpp"
+#include "caudalis/report/DesignPrintout.hpp"
+#include "caudalis/report/HtmlReport.hpp"
+#include "caudalis/report/JsonReport.hpp"
+#include "caudalis/report/TextReport.hpp"
 
 namespace caudalis::cli {
 
@@ -51,6 +51,14 @@ Long systemFor(const std::optional<long>& given, const design::DesignDescription
 /// The units the command's --units names; SI when it names none.
 design::Units unitsOption(const std::optional<std::string>& name) {
     return design::Units(name ? *design::Units::parse(*name) : design::UnitSystem::SI);
+}
+
+/// The units a stored chart prints in: those of --units, else those of its design file, else SI.
+design::Units chartUnits(const std::optional<std::string>& name, const LoadedChart& loaded) {
+    if (name || !loaded.figures || loaded.figures->design.empty()) {
+        return unitsOption(name);
+    }
+    return design::Units(design::DesignFile::parse(loaded.figures->design, "stored design file").units);
 }
 
 nlohmann::json nozzleJson(const Aspersor& nozzle, const design::Units& units) {
@@ -219,8 +227,9 @@ void CommandLine::evaluateReadings() {
     if (o.saveEvaluation) {
         store.requireNameIsFree(name);
     }
-    EvaluationOutcome outcome{
-        name, ReadingsFile::load(o.readingsPaths, o.gaugeDiameterM, o.readingsTest), {}, {}, {}};
+    auto readings = ReadingsFile::load(o.readingsPaths, o.gaugeDiameterM, o.readingsTest);
+    const auto units = o.units ? unitsOption(o.units) : design::Units(readings.units);
+    EvaluationOutcome outcome{name, std::move(readings), {}, {}, {}, units};
     design::FieldEvaluationSettings settings;
     settings.innerRadiusM = o.innerRadiusM;
     settings.lastSpanEndM = o.lastSpanEndM;
@@ -349,13 +358,13 @@ void CommandLine::runChart(const CLI::App& command) {
             out_, store->list(o.system ? std::optional<Long>(static_cast<Long>(*o.system)) : std::nullopt));
     } else if (command.got_subcommand("show")) {
         const auto loaded = store->find(id);
+        const auto units = chartUnits(o.units, loaded);
         if (!o.reportPath.empty()) {
             const auto rebuilt =
                 store->rebuild(id, services_.nozzleSource(o.cataloguePath)->wettedDiameters());
-            writeReport(o.reportPath, design::DesignPrintout::document(
-                                          rebuilt.result, design::Units(rebuilt.result.design.units), true));
+            writeReport(o.reportPath, design::DesignPrintout::document(rebuilt.result, units, true));
         }
-        ChartReport::write(out_, loaded);
+        ChartReport::write(out_, loaded, design::UnitText(units));
         if (loaded.missingNozzles > 0) {
             note(fmt::format("warning: {} of the chart's nozzles are not in catalogue {}",
                              loaded.missingNozzles, o.cataloguePath));

@@ -4,7 +4,7 @@
 #include <map>
 
 #include "caudalis/catalogue/Aspersor.hpp"
-#include "caudalis/design/DesignedMachineProfile.hpp"
+#include "caudalis/fieldtests/DesignedMachineProfile.hpp"
 
 namespace caudalis::cli {
 

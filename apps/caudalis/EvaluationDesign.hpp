@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "caudalis/design/DesignResult.hpp"
-#include "caudalis/design/MeasuredDesignedComparison.hpp"
+#include "caudalis/fieldtests/MeasuredDesignedComparison.hpp"
 
 namespace caudalis::cli {
 

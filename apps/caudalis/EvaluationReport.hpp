@@ -8,10 +8,10 @@
 #include <nlohmann/json.hpp>
 
 #include "EvaluationDesign.hpp"
-#include "caudalis/design/FieldEvaluationResult.hpp"
-#include "caudalis/design/FieldEvaluationStore.hpp"
-#include "caudalis/design/MeasuredDesignedComparison.hpp"
-#include "caudalis/design/ReportDocument.hpp"
+#include "caudalis/fieldtests/FieldEvaluationResult.hpp"
+#include "caudalis/fieldtests/FieldEvaluationStore.hpp"
+#include "caudalis/fieldtests/MeasuredDesignedComparison.hpp"
+#include "caudalis/report/ReportDocument.hpp"
 
 namespace caudalis::cli {
 
@@ -22,6 +22,8 @@ struct EvaluationOutcome {
     design::FieldEvaluationResult result;
     std::optional<DesignReference> design;
     std::optional<design::DesignComparison> comparison;
+    /// The units distances and depths are printed in.
+    design::Units units;
 };
 
 /// A field evaluation as text or JSON, and the stored evaluations as a list or one by one.
@@ -39,10 +41,10 @@ public:
     static nlohmann::json storedJson(const design::StoredFieldEvaluation& stored);
 
 private:
-    static void writeFigures(std::ostream& out, const design::FieldEvaluationResult& result);
-    static void writeReadingNotes(std::ostream& out, const design::FieldEvaluationResult& result);
+    static void writeReadingNotes(std::ostream& out, const design::FieldEvaluationResult& result,
+                                  const design::UnitText& text);
     static void writeComparison(std::ostream& out, const DesignReference& design,
-                                const design::DesignComparison& comparison);
+                                const design::DesignComparison& comparison, const design::UnitText& text);
 };
 
 }  // namespace caudalis::cli

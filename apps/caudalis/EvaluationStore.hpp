@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "DatabaseFile.hpp"
-#include "caudalis/design/FieldEvaluationStore.hpp"
+#include "caudalis/fieldtests/FieldEvaluationStore.hpp"
 
 namespace caudalis::cli {
 

@@ -1,6 +1,6 @@
 #include "PlainText.hpp"
 
-#include "caudalis/design/ReadingsText.hpp"
+#include "caudalis/fieldtests/ReadingsText.hpp"
 
 namespace caudalis::cli {
 

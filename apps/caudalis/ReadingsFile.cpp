@@ -5,9 +5,9 @@
 
 #include "CliErrors.hpp"
 #include "TextFile.hpp"
-#include "caudalis/design/FieldReadingsCsv.hpp"
-#include "caudalis/design/FieldReadingsText.hpp"
-#include "caudalis/design/ReadingsError.hpp"
+#include "caudalis/fieldtests/FieldReadingsCsv.hpp"
+#include "caudalis/fieldtests/FieldReadingsText.hpp"
+#include "caudalis/fieldtests/ReadingsError.hpp"
 
 namespace caudalis::cli {
 

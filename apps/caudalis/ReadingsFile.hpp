@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "caudalis/design/FieldReadings.hpp"
+#include "caudalis/fieldtests/FieldReadings.hpp"
 
 namespace caudalis::cli {
 

@@ -4,7 +4,7 @@
 
 #include <fmt/format.h>
 
-#include "caudalis/design/EvaluationPrintout.hpp"
+#include "caudalis/report/EvaluationPrintout.hpp"
 
 namespace caudalis::cli {
 
@@ -49,7 +49,7 @@ std::string StoredFigureText::scopeLabel(const std::string& scope) {
 std::optional<std::pair<std::string, int>> StoredFigureText::knownLabel(const std::string& figure) {
     for (const auto& label : design::EvaluationPrintout::figureLabels()) {
         if (figure == label.name) {
-            return std::make_pair(std::string(label.label), label.decimals);
+            return std::make_pair(label.heading(design::UnitText(design::Units())), label.decimals);
         }
     }
     const auto& settings = settingLabels();

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "caudalis/design/FieldEvaluationStore.hpp"
+#include "caudalis/fieldtests/FieldEvaluationStore.hpp"
 
 namespace caudalis::cli {
 

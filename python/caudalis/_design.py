@@ -7,6 +7,7 @@ from . import _caudalis
 from ._caudalis import services
 from ._plots import plot_design
 from ._tables import table
+from ._units import DocumentUnits
 
 
 def _description(source):
@@ -46,6 +47,7 @@ class DesignResult:
         self.raw = raw
         self.document = json.loads(raw.json())
         self.name = self.document["name"]
+        self.units = DocumentUnits(self.document["units"])
         self.summary = self.document["summary"]
         self.outlets = table([_outlet_row(outlet) for outlet in self.document["outlets"]])
         self.spans = table(self.document["spans"])
@@ -63,16 +65,18 @@ class DesignResult:
         return self.raw.csv()
 
     def application_rates(self, wet_diameter_m=None):
-        """(distance, peak application rate in mm/h) of every outlet for the wetted diameter
-        given, or the design's pluviometry check's; None when neither is known."""
+        """(distance, peak application rate) of every outlet, in the result's units, for the
+        wetted diameter given (m), or the design's pluviometry check's; None when neither is known."""
         wet = wet_diameter_m or self.raw.design.pluviometryWetDiameterM
         if not wet:
             return None
+        units = self.units
         statics = _caudalis.Statics.application()
         machine = services.MachineBuilder().build(self.raw.design)
-        machine.caudaDaCartaAssociada = self.summary["computed_flow_lps"]
+        machine.caudaDaCartaAssociada = units.to_si("flow", self.summary[units.key("computed_flow", "flow")])
         distances = [outlet["distanciaAoPivot"] for outlet in self.document["outlets"]]
-        rates = [statics.Pivots().pluviosidadeMaxima(machine, statics.newPivotSample(r, wet, "")) for r in distances]
+        samples = [statics.newPivotSample(units.to_si("length", r), wet, "") for r in distances]
+        rates = [units.from_si("rate", statics.Pivots().pluviosidadeMaxima(machine, s)) for s in samples]
         return distances, rates
 
     def plot(self, path=None, wet_diameter_m=None):

@@ -61,7 +61,7 @@ def _document(name, readings, result):
     """The evaluation as `caudalis evaluate --json` writes it."""
     settings = result.settings
     return {
-        "name": name, "readings": result.readings,
+        "name": name, "units": "si", "readings": result.readings,
         "amounts": "ml" if readings.amounts == services.StoredAmount.VolumeMl else "mm",
         "gauge_diameter_m": readings.gaugeDiameterM, "inner_radius_m": settings.innerRadiusM,
         "last_span_end_m": settings.lastSpanEndM, "outlier_percent": settings.outlierPercent,

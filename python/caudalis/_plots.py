@@ -18,29 +18,31 @@ def _save(figure, path):
 
 
 def plot_design(result, path, wet_diameter_m):
-    outlets = [o for o in result.document["outlets"] if o["place"] != "end gun"] or result.document["outlets"]
+    units = result.units
+    outlets = [o for o in result.document["outlets"] if o["place"] != "end_gun"] or result.document["outlets"]
     distance = [o["distanciaAoPivot"] for o in outlets]
     figure, (pressure, flow, depth, rate) = _figure(4)
     figure.suptitle(result.name)
     pressure.plot(distance, [o["pressao_actuante"] for o in outlets], label="acting")
     pressure.plot(distance, [o["pressao_real"] for o in outlets], label="in the pipe", linestyle="--")
     pressure.plot(distance, [o["pressao_ideal"] for o in outlets], label="ideal", linestyle=":")
-    pressure.set_ylabel("pressure (kPa)")
+    pressure.set_ylabel(units.label("pressure", "pressure"))
     flow.plot(distance, [o["caudal"] for o in outlets], label="required")
     flow.plot(distance, [o["caudal_do_aspersor"] for o in outlets], label="delivered", marker=".", linestyle="")
-    flow.set_ylabel("flow (l/s)")
-    depth.plot(distance, [o["depth_mm"] for o in outlets], label="delivered")
-    depth.plot(distance, [o["ideal_depth_mm"] for o in outlets], label="ideal", linestyle="--")
-    depth.set_ylabel("depth per revolution (mm)")
+    flow.set_ylabel(units.label("flow", "flow"))
+    depth.plot(distance, [o[units.key("depth", "depth")] for o in outlets], label="delivered")
+    depth.plot(distance, [o[units.key("ideal_depth", "depth")] for o in outlets], label="ideal", linestyle="--")
+    depth.set_ylabel(units.label("depth per revolution", "depth"))
     rates = result.application_rates(wet_diameter_m)
     if rates:
         rate.plot(*rates, label="peak")
-        for peak in result.summary.get("peak_rates", []):
-            rate.plot(peak["distance_m"], peak["rate_mm_h"], marker="o", linestyle="", label=peak["code"])
+        for peak in result.summary.get("peak_application_rates", []):
+            rate.plot(peak[units.key("distance", "length")], peak[units.key("rate", "rate")], marker="o",
+                      linestyle="", label=peak["code"])
     else:
         rate.text(0.5, 0.5, "no wetted diameter to compute it from", ha="center", transform=rate.transAxes)
-    rate.set_ylabel("application rate (mm/h)")
-    rate.set_xlabel("distance from the centre (m)")
+    rate.set_ylabel(units.label("application rate", "rate"))
+    rate.set_xlabel(units.label("distance from the centre", "length"))
     for axes in (pressure, flow, depth, rate):
         axes.grid(True, alpha=0.3)
         if axes.get_legend_handles_labels()[0]:
@@ -59,8 +61,10 @@ def plot_evaluation(evaluation, rows, path, designed):
     if mean:
         depth.axhline(mean, color="grey", linestyle=":", label=f"measured mean {mean:.1f} mm")
     if designed is not None:
-        outlets = [o for o in designed.document["outlets"] if o["place"] != "end gun"]
-        depth.plot([o["distanciaAoPivot"] for o in outlets], [o["depth_mm"] for o in outlets], label="designed")
+        units = designed.units
+        outlets = [o for o in designed.document["outlets"] if o["place"] != "end_gun"]
+        depth.plot([units.to_si("length", o["distanciaAoPivot"]) for o in outlets],
+                   [units.to_si("depth", o[units.key("depth", "depth")]) for o in outlets], label="designed")
     depth.set_xlabel("distance from the centre (m)")
     depth.set_ylabel("depth (mm)")
     depth.grid(True, alpha=0.3)

@@ -5,17 +5,17 @@
 
 #include "Bindings.hpp"
 #include "Declarations.hpp"
-#include "caudalis/design/CsvReport.hpp"
 #include "caudalis/design/DesignError.hpp"
 #include "caudalis/design/DesignFile.hpp"
 #include "caudalis/design/DesignRunner.hpp"
 #include "caudalis/design/InMemoryNozzleSource.hpp"
-#include "caudalis/design/JsonReport.hpp"
 #include "caudalis/design/MachineBuilder.hpp"
 #include "caudalis/design/NozzlePackageStrategy.hpp"
-#include "caudalis/design/TextReport.hpp"
 #include "caudalis/design/Uniformity.hpp"
 #include "caudalis/design/WettedDiameters.hpp"
+#include "caudalis/report/CsvReport.hpp"
+#include "caudalis/report/JsonReport.hpp"
+#include "caudalis/report/TextReport.hpp"
 
 namespace caudalis::python {
 

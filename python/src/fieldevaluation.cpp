@@ -1,11 +1,11 @@
 // The field-evaluation services: catch-can readings in text or CSV, and their evaluation.
 #include "Bindings.hpp"
-#include "caudalis/design/CatchCanStatistics.hpp"
-#include "caudalis/design/FieldEvaluator.hpp"
-#include "caudalis/design/FieldReadingsCsv.hpp"
-#include "caudalis/design/FieldReadingsText.hpp"
-#include "caudalis/design/ReadingsError.hpp"
 #include "caudalis/design/TextFile.hpp"
+#include "caudalis/fieldtests/CatchCanStatistics.hpp"
+#include "caudalis/fieldtests/FieldEvaluator.hpp"
+#include "caudalis/fieldtests/FieldReadingsCsv.hpp"
+#include "caudalis/fieldtests/FieldReadingsText.hpp"
+#include "caudalis/fieldtests/ReadingsError.hpp"
 
 namespace caudalis::python {
 

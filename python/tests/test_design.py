@@ -2,6 +2,7 @@
 import json
 import os
 import pathlib
+import re
 import subprocess
 import sys
 
@@ -93,6 +94,62 @@ def test_a_design_plot_is_written_to_png(catalogue, tmp_path):
     assert labels == ["pressure (kPa)", "flow (l/s)", "depth per revolution (mm)", "application rate (mm/h)"]
     distances, rates = result.application_rates()
     assert rates[-1] > rates[0] > 0
+
+
+US_DESIGNS = [SOURCE_DIR / "examples" / "designs" / "us-quarter-mile.json",
+              SOURCE_DIR / "tests" / "cli" / "designs" / "us-sandy-half-mile.json"]
+SI_KEY = re.compile(r"_(mm|kpa|lps|cm|ha|m2|mm_h|m)$")
+SI_FIGURE = re.compile(r"\d\s?(mm/h|mm|cm|kPa|l/s|ha|m)(?![A-Za-z0-9/_])")
+
+
+def keys_of(value):
+    if isinstance(value, dict):
+        for key, inner in value.items():
+            yield key
+            yield from keys_of(inner)
+    elif isinstance(value, list):
+        for inner in value:
+            yield from keys_of(inner)
+
+
+def columns_of(rows):
+    return list(rows.columns) if hasattr(rows, "columns") else sorted({key for row in rows for key in row})
+
+
+@pytest.mark.parametrize("path", US_DESIGNS, ids=lambda p: p.name)
+def test_a_us_design_plots_in_us_units(path, catalogue, tmp_path):
+    result = caudalis.design(path, catalogue=catalogue)
+    figure = result.plot(tmp_path / "design.png", wet_diameter_m=12)
+    labels = [axes.get_ylabel() for axes in figure.axes]
+    assert labels == ["pressure (psi)", "flow (gpm)", "depth per revolution (in)", "application rate (in/h)"]
+    assert figure.axes[-1].get_xlabel() == "distance from the centre (ft)"
+    distances, rates = result.application_rates(12)
+    assert max(distances) > 1000
+    assert 0 < rates[0] < rates[-1] < 20
+
+
+def test_a_us_design_marks_its_check_points_in_us_units(catalogue, tmp_path):
+    result = caudalis.design(US_DESIGNS[1], catalogue=catalogue)
+    figure = result.plot(tmp_path / "design.png")
+    legend = figure.axes[-1].get_legend_handles_labels()[1]
+    assert "P-700" in legend and "P-1290" in legend
+    distances, rates = result.application_rates()
+    peak = next(p for p in result.summary["peak_application_rates"] if p["code"] == "P-700")
+    assert peak["distance_ft"] == pytest.approx(700)
+    assert 0.5 < peak["rate_in_h"] < 5
+
+
+@pytest.mark.parametrize("path", US_DESIGNS, ids=lambda p: p.name)
+def test_a_us_design_s_tables_and_texts_hold_no_si_unit(path, catalogue):
+    result = caudalis.design(path, catalogue=catalogue)
+    names = set()
+    for rows in (result.outlets, result.spans, result.findings):
+        names.update(columns_of(rows))
+    names.update(keys_of(result.summary))
+    assert sorted(name for name in names if SI_KEY.search(str(name))) == []
+    messages = caudalis._tables.column(result.findings, "message")
+    assert [m for m in messages if SI_FIGURE.search(m)] == []
+    assert SI_FIGURE.search(result.text().split("Outlets")[0]) is None
 
 
 READINGS = sorted((SOURCE_DIR / "examples" / "evaluations").glob("*.*"))

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "TextHelpers.hpp"
+#include "caudalis/core/TextLiteral.hpp"
 #include "caudalis/db/DatabaseErrors.hpp"
 
 namespace caudalis {
@@ -11,14 +12,7 @@ PostgresDialect::PostgresDialect(std::string lastKey, SchemaForReference schemaF
     : lastKey_(std::move(lastKey)), schemaFor_(std::move(schemaFor)) {}
 
 std::string PostgresDialect::quotedName(std::string_view name) {
-    std::string result = "\"";
-    for (const char c : name) {
-        result += c;
-        if (c == '"') {
-            result += '"';
-        }
-    }
-    return result + "\"";
+    return quotedLiteral(name, '"');
 }
 
 std::string PostgresDialect::rewriteWord(std::string_view word) const {

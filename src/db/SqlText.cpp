@@ -7,6 +7,7 @@
 #include "caudalis/core/Arrays.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/core/NumberText.hpp"
+#include "caudalis/core/TextLiteral.hpp"
 #include "caudalis/db/Connection.hpp"
 #include "caudalis/db/StatementGuard.hpp"
 
@@ -191,6 +192,10 @@ std::string nullIf(const Variant& condition, const Variant& value) {
 
 std::string emptyLiteralToNull(const std::string& literal) {
     return literal == "##" || literal == "''" ? nullLiteral : literal;
+}
+
+std::string textLiteral(const std::string& text) {
+    return quotedLiteral(text, '\'');
 }
 
 std::string zeroToNull(const Variant& value) {

@@ -1,10 +1,9 @@
 #include "caudalis/design/ChartFigures.hpp"
 
-#include "SqlLiteral.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/db/Connection.hpp"
 #include "caudalis/db/SqlText.hpp"
-#include "caudalis/design/ReportLabels.hpp"
+#include "caudalis/design/ResultLabels.hpp"
 
 namespace caudalis::design {
 

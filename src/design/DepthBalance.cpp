@@ -59,20 +59,25 @@ DepthFigures DepthBalance::compute(const std::vector<OutletRing>& rings, double 
     return figures;
 }
 
-std::string DepthBalance::explanation(const DepthFigures& f) {
-    return fmt::sprintf(
-               "Depth per revolution: %.2f mm as volume over area (discharge x revolution time / irrigated "
-               "area). The mean of the outlets' depths weighted by distance, as the uniformity figures "
-               "weigh them, is %.2f mm: ",
-               f.volumeOverAreaMm, f.distanceWeightedMeanMm) +
-           fmt::sprintf(
-               "it counts every outlet as if its ring were one outlet spacing wide, so the widest ring "
-               "(the end gun's) has %.1f %% of the weight but %.1f %% of the watered ground. ",
-               100 * f.widestRingWeightShare, 100 * f.widestRingAreaShare) +
-           fmt::sprintf(
-               "Weighted by ring area the outlets give %.2f mm; their rings cover %.2f ha of the %.2f ha "
-               "circle, the rest being the gaps and overlaps near the centre and between spans.",
-               f.ringAreaMeanMm, f.ringsAreaM2 / 10000, f.irrigatedAreaM2 / 10000);
+std::string DepthBalance::explanation(const DepthFigures& f, const UnitText& text) {
+    std::string paragraph = "Depth per revolution: ";
+    paragraph += text.depth(f.volumeOverAreaMm);
+    paragraph +=
+        " as volume over area (discharge x revolution time / irrigated area). The mean of the "
+        "outlets' depths weighted by distance, as the uniformity figures weigh them, is ";
+    paragraph += text.depth(f.distanceWeightedMeanMm);
+    paragraph += fmt::sprintf(
+        ": it counts every outlet as if its ring were one outlet spacing wide, so the widest ring "
+        "(the end gun's) has %.1f %% of the weight but %.1f %% of the watered ground. ",
+        100 * f.widestRingWeightShare, 100 * f.widestRingAreaShare);
+    paragraph += "Weighted by ring area the outlets give ";
+    paragraph += text.depth(f.ringAreaMeanMm);
+    paragraph += "; their rings cover ";
+    paragraph += text.area(f.ringsAreaM2);
+    paragraph += " of the ";
+    paragraph += text.area(f.irrigatedAreaM2);
+    paragraph += " circle, the rest being the gaps and overlaps near the centre and between spans.";
+    return paragraph;
 }
 
 }  // namespace caudalis::design

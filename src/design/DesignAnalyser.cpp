@@ -8,7 +8,7 @@
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/design/ApplicationProfile.hpp"
 #include "caudalis/design/PipePressures.hpp"
-#include "caudalis/design/ReportLabels.hpp"
+#include "caudalis/design/ResultLabels.hpp"
 #include "caudalis/design/SpeedTable.hpp"
 #include "caudalis/design/Uniformity.hpp"
 #include "caudalis/machine/Pivots.hpp"
@@ -93,17 +93,28 @@ bool usableSoil(const DesignResult& result) {
            result.summary.revolutionTimeH > 0;
 }
 
-void addRunoffFindings(const DesignAnalysis& analysis, std::vector<Finding>& findings) {
+/// "At P-650 (198.1 m) the peak application rate of 42.9 mm/h exceeds ..." in the units of `text`.
+std::string runoffAtPointText(const std::string& code, const RunoffEstimate& e, const UnitText& text) {
+    std::string sentence = "At ";
+    sentence += code;
+    sentence += " (";
+    sentence += text.text(Quantity::Length, e.distanceM, -1);
+    sentence += ") the peak application rate of ";
+    sentence += text.text(Quantity::Rate, e.peakRateMmH);
+    sentence += " exceeds the soil's intake: ";
+    sentence += text.depth(e.runoffMm);
+    sentence += " of the ";
+    sentence += text.depth(e.appliedMm);
+    sentence += " applied per revolution may run off.";
+    return sentence;
+}
+
+void addRunoffFindings(const DesignAnalysis& analysis, const UnitText& text, std::vector<Finding>& findings) {
     for (const auto& point : analysis.runoffAtCheckPoints) {
         const auto& e = point.estimate;
         if (e.verdict == RunoffVerdict::Runoff) {
             findings.push_back(
-                {Severity::Warning, "runoff-at-check-point",
-                 "At " + point.code +
-                     fmt::sprintf(" (%.1f m) the peak application rate of %.1f mm/h exceeds the soil's "
-                                  "intake: %.2f mm ",
-                                  e.distanceM, e.peakRateMmH, e.runoffMm) +
-                     fmt::sprintf("of the %.2f mm applied per revolution may run off.", e.appliedMm)});
+                {Severity::Warning, "runoff-at-check-point", runoffAtPointText(point.code, e, text)});
         }
     }
     const auto first =
@@ -115,18 +126,23 @@ void addRunoffFindings(const DesignAnalysis& analysis, std::vector<Finding>& fin
                              [](const RunoffAtPoint& a, const RunoffAtPoint& b) {
                                  return a.estimate.runoffMm < b.estimate.runoffMm;
                              });
-        findings.push_back(
-            {Severity::Warning, "runoff-along-machine",
-             fmt::sprintf("Potential runoff from %.1f m outwards, up to %.2f mm per revolution at %.1f m",
-                          first->estimate.distanceM, worst->estimate.runoffMm, worst->estimate.distanceM) +
-                 " (outlet " + worst->code + ")."});
+        std::string sentence = "Potential runoff from ";
+        sentence += text.text(Quantity::Length, first->estimate.distanceM, -1);
+        sentence += " outwards, up to ";
+        sentence += text.depth(worst->estimate.runoffMm);
+        sentence += " per revolution at ";
+        sentence += text.text(Quantity::Length, worst->estimate.distanceM, -1);
+        sentence += " (outlet ";
+        sentence += worst->code;
+        sentence += ").";
+        findings.push_back({Severity::Warning, "runoff-along-machine", sentence});
     }
 }
 
 }  // namespace
 
 void DesignAnalyser::analyseRunoff(const DesignResult& result, const std::map<Long, double>& wettedDiameters,
-                                   DesignAnalysis& analysis) {
+                                   const UnitText& text, DesignAnalysis& analysis) {
     if (!result.design.pluviometryCheck) {
         return;
     }
@@ -155,7 +171,7 @@ void DesignAnalyser::analyseRunoff(const DesignResult& result, const std::map<Lo
         analysis.runoffAlongMachine.push_back(
             {outletLabel(row), check.at(point.distanceToCenter, *diameter, peak)});
     }
-    addRunoffFindings(analysis, analysis.findings);
+    addRunoffFindings(analysis, text, analysis.findings);
 }
 
 void DesignAnalyser::analyseProfile(const DesignResult& result, const std::map<Long, double>& wettedDiameters,
@@ -198,7 +214,7 @@ void DesignAnalyser::analyseProfile(const DesignResult& result, const std::map<L
 }
 
 DesignAnalysis DesignAnalyser::analyse(const DesignResult& result,
-                                       const std::map<Long, double>& wettedDiameters) {
+                                       const std::map<Long, double>& wettedDiameters, const UnitText& text) {
     DesignAnalysis analysis;
     analysis.pipePressuresKpa = PipePressures::of(result.machine);
     analysis.elevation = elevationOf(result);
@@ -225,9 +241,9 @@ DesignAnalysis DesignAnalyser::analyse(const DesignResult& result,
         std::abs(analysis.depths->distanceWeightedMeanMm - analysis.depths->volumeOverAreaMm) >
             0.01 * analysis.depths->volumeOverAreaMm) {
         analysis.findings.push_back(
-            {Severity::Note, "depth-per-revolution", DepthBalance::explanation(*analysis.depths)});
+            {Severity::Note, "depth-per-revolution", DepthBalance::explanation(*analysis.depths, text)});
     }
-    analyseRunoff(result, wettedDiameters, analysis);
+    analyseRunoff(result, wettedDiameters, text, analysis);
     analyseProfile(result, wettedDiameters, analysis);
     return analysis;
 }

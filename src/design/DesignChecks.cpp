@@ -9,7 +9,7 @@
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/design/Limits.hpp"
 #include "caudalis/design/PlausibilityChecks.hpp"
-#include "caudalis/design/ReportLabels.hpp"
+#include "caudalis/design/ResultLabels.hpp"
 
 namespace caudalis::design {
 

@@ -240,8 +240,9 @@ DesignResult DesignRunner::gather(PivotWrapper& wrapper, const DesignDescription
     result.summary = summarise(wrapper, result, passes);
     result.figuresAtPipePressure = StarvedRegulators::reassess(result);
     result.chart = std::move(chart);
-    result.findings = DesignChecks::check(result, Units(options_.units.value_or(design.units)));
-    result.analysis = DesignAnalyser::analyse(result, wettedDiameters);
+    const Units units(options_.units.value_or(design.units));
+    result.findings = DesignChecks::check(result, units);
+    result.analysis = DesignAnalyser::analyse(result, wettedDiameters, UnitText(units));
     result.findings.insert(result.findings.end(), result.analysis.findings.begin(),
                            result.analysis.findings.end());
     std::stable_sort(result.findings.begin(), result.findings.end(),

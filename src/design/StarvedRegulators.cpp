@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "caudalis/catalogue/Aspersor.hpp"
-#include "caudalis/design/ReadingsText.hpp"
 #include "caudalis/design/Uniformity.hpp"
 
 namespace caudalis::design {
@@ -35,7 +34,7 @@ void StarvedRegulators::reassessSummary(DesignResult& result, double flowChangeL
     for (const auto& row : result.outlets) {
         samples.push_back(WaterDepthSample{row.depthMm, row.outlet.distanciaAoPivot, false});
     }
-    const auto depths = ReadingsTextTools::oneBased(samples);
+    const auto depths = Uniformity::samples(samples);
     auto& summary = result.summary;
     summary.computedFlowLps += flowChangeLps;
     summary.depthMm = Uniformity::meanDepth(depths);

@@ -40,7 +40,20 @@ std::string UnitText::number(Quantity quantity, double si, int extraDecimals) co
 }
 
 std::string UnitText::text(Quantity quantity, double si) const {
-    return number(quantity, si) + " " + units_.symbol(quantity);
+    return text(quantity, si, 0);
+}
+
+std::string UnitText::text(Quantity quantity, double si, int extraDecimals) const {
+    return number(quantity, si, extraDecimals) + " " + units_.symbol(quantity);
+}
+
+std::string UnitText::general(Quantity quantity, double si) const {
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%g", units_.fromSI(quantity, si));
+    std::string text = buffer;
+    text += ' ';
+    text += units_.symbol(quantity);
+    return text;
 }
 
 std::string UnitText::heading(const std::string& label, Quantity quantity) const {

@@ -17,16 +17,16 @@
 #include "caudalis/db/Connection.hpp"
 #include "caudalis/design/ChartFigures.hpp"
 #include "caudalis/design/DesignFile.hpp"
-#include "caudalis/design/DesignPrintout.hpp"
 #include "caudalis/design/DesignRunner.hpp"
-#include "caudalis/design/DesignedMachineProfile.hpp"
-#include "caudalis/design/EvaluationPrintout.hpp"
-#include "caudalis/design/FieldEvaluator.hpp"
-#include "caudalis/design/FieldReadingsCsv.hpp"
-#include "caudalis/design/HtmlReport.hpp"
 #include "caudalis/design/InMemoryNozzleSource.hpp"
 #include "caudalis/design/StoredChartDesign.hpp"
 #include "caudalis/design/TextFile.hpp"
+#include "caudalis/fieldtests/DesignedMachineProfile.hpp"
+#include "caudalis/fieldtests/FieldEvaluator.hpp"
+#include "caudalis/fieldtests/FieldReadingsCsv.hpp"
+#include "caudalis/report/DesignPrintout.hpp"
+#include "caudalis/report/EvaluationPrintout.hpp"
+#include "caudalis/report/HtmlReport.hpp"
 
 using namespace caudalis::design;
 using caudalis::testing::HeadlessChromium;

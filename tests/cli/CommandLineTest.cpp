@@ -182,10 +182,11 @@ TEST_F(CommandLineTest, DesignWritesCsv) {
     const auto csv = temporary("outlets.csv");
     ASSERT_EQ(run({"design", example("hilly"), "--catalogue", "c", "--csv", csv}).exitCode, 0);
     const auto table = readFile(csv);
-    EXPECT_EQ(
-        table.rfind(
-            "span,outlet,place,distanciaAoPivot,cota,caudal,pressao_ideal,pressao_real,pressao_actuante,", 0),
-        0u);
+    EXPECT_EQ(table.rfind(
+                  "span,outlet,place,distanciaAoPivot_m,cota_m,caudal_lps,pressao_ideal_kpa,pressao_real_kpa,"
+                  "pressao_actuante_kpa,",
+                  0),
+              0u);
     const auto lines = std::count(table.begin(), table.end(), '\n');
     EXPECT_EQ(lines, 1 + 4 * 20 + 17 + 4);
     EXPECT_NE(table.find("\"Rotaflux\",\"RX Spinner"), std::string::npos);

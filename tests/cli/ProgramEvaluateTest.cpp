@@ -167,7 +167,9 @@ TEST_F(ProgramEvaluateTest, CsvReadingsWithCrewFlagsInFeetAndInches) {
                            "A,1,10,0.9,\nA,2,50,0.4,\nA,3,100,0.4,wind\nA,4,150,0.5,\nA,5,200,0.4,\n"
                            "A,6,250,0.45,\nA,7,330,0.3,\n");
     const auto figures = evaluate(quoted(csv) + " --inner-radius 5 --last-span-end 90");
-    EXPECT_EQ(figures["amounts"], "mm");
+    // Read in feet and inches, printed in them.
+    EXPECT_EQ(figures["units"], "us");
+    EXPECT_EQ(figures["amounts"], "in");
     EXPECT_EQ(figures["readings"], 7);
     ASSERT_EQ(figures["left_out"].size(), 2u);
     EXPECT_EQ(figures["left_out"][0]["reason"], "inside_inner_radius");
@@ -177,10 +179,14 @@ TEST_F(ProgramEvaluateTest, CsvReadingsWithCrewFlagsInFeetAndInches) {
     // 50, 150, 200, 250 ft counted (15.24 .. 76.2 m); 330 ft = 100.58 m is beyond the last span.
     EXPECT_EQ(figures["together"]["collectors"], 4);
     EXPECT_EQ(figures["end_gun_zone"]["collectors"], 1);
-    EXPECT_NEAR(figures["end_gun_zone"]["mean_depth_mm"].get<double>(), 7.62, 1e-9);
-    // (0.4 * 15.24 + 0.5 * 45.72 + 0.4 * 60.96 + 0.45 * 76.2) / 198.12 in, in mm.
-    const double mean = (0.4 * 15.24 + 0.5 * 45.72 + 0.4 * 60.96 + 0.45 * 76.2) / 198.12 * 25.4;
-    EXPECT_NEAR(figures["together"]["mean_depth_mm"].get<double>(), mean, 1e-9);
+    EXPECT_NEAR(figures["end_gun_zone"]["mean_depth_in"].get<double>(), 0.3, 1e-9);
+    // (0.4 * 15.24 + 0.5 * 45.72 + 0.4 * 60.96 + 0.45 * 76.2) / 198.12 in.
+    const double mean = (0.4 * 15.24 + 0.5 * 45.72 + 0.4 * 60.96 + 0.45 * 76.2) / 198.12;
+    EXPECT_NEAR(figures["together"]["mean_depth_in"].get<double>(), mean, 1e-9);
+    EXPECT_NEAR(figures["collectors"][1]["distance_ft"].get<double>(), 50, 1e-9);
+    const auto inSI = evaluate(quoted(csv) + " --inner-radius 5 --last-span-end 90 --units si");
+    EXPECT_EQ(inSI["amounts"], "mm");
+    EXPECT_NEAR(inSI["together"]["mean_depth_mm"].get<double>(), mean * 25.4, 1e-9);
 
     const auto bad = write("bad.csv", "distance_m,volume_ml\n10,abc\n");
     expectFailure(run("evaluate " + quoted(bad) + " --gauge-diameter 0.1"), ExitCode::BadInput,

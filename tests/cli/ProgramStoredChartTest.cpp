@@ -9,8 +9,8 @@
 #include "ProgramRun.hpp"
 #include "caudalis/db/Connection.hpp"
 #include "caudalis/db/Recordset.hpp"
-#include "caudalis/design/DesignedMachineProfile.hpp"
 #include "caudalis/design/StoredChartDesign.hpp"
+#include "caudalis/fieldtests/DesignedMachineProfile.hpp"
 
 // The built program computes stored charts again: `chart show ID --report` and
 // `evaluate READINGS --chart ID`.

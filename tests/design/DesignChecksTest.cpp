@@ -8,7 +8,6 @@
 #include "caudalis/design/DesignRunner.hpp"
 #include "caudalis/design/InMemoryNozzleSource.hpp"
 #include "caudalis/design/PlausibilityChecks.hpp"
-#include "caudalis/design/ReadingsText.hpp"
 #include "caudalis/design/StarvedRegulators.hpp"
 #include "caudalis/design/Uniformity.hpp"
 
@@ -283,7 +282,7 @@ TEST(DesignChecks, ACuBelowZeroIsNoUniformity) {
     }
     samples.back().depth = 1000;
     samples[samples.size() / 2].depth = 1;
-    const auto depths = ReadingsTextTools::oneBased(samples);
+    const auto depths = Uniformity::samples(samples);
     ASSERT_LT(*Uniformity::heermannHeinFormula(depths), 0);
     EXPECT_FALSE(Uniformity::heermannHein(depths));
     result.summary.uniformityCoefficient.reset();

@@ -54,12 +54,22 @@ TEST(DepthBalance, ThreeFiguresByHand) {
     EXPECT_NEAR(figures.ringsAreaM2, 2 * std::numbers::pi * 220, 1e-9);
     EXPECT_DOUBLE_EQ(figures.widestRingWeightShare, 20.0 / 30);
     EXPECT_DOUBLE_EQ(figures.widestRingAreaShare, 200.0 / 220);
-    const auto text = DepthBalance::explanation(figures);
+    const auto text = DepthBalance::explanation(figures, UnitText(Units()));
     EXPECT_NE(text.find("11.00 mm as volume over area"), std::string::npos) << text;
     EXPECT_NE(text.find("weighted by distance, as the uniformity figures weigh them, is 19.10 mm"),
               std::string::npos);
     EXPECT_NE(text.find("66.7 % of the weight but 90.9 % of the watered ground"), std::string::npos);
     EXPECT_NE(text.find("Weighted by ring area the outlets give 15.63 mm"), std::string::npos);
+}
+
+TEST(DepthBalance, ExplainsInTheUnitsAskedFor) {
+    const std::vector<OutletRing> rings{{5, 2, 1}, {15, 2, 2}, {25, 20, 3}};
+    const auto figures = DepthBalance::compute(rings, 6, 1, std::numbers::pi * 625);
+    const auto text = DepthBalance::explanation(figures, UnitText(Units(UnitSystem::US)));
+    EXPECT_NE(text.find("0.433 in as volume over area"), std::string::npos) << text;
+    EXPECT_NE(text.find("acre of the"), std::string::npos) << text;
+    EXPECT_EQ(text.find(" mm"), std::string::npos) << text;
+    EXPECT_EQ(text.find(" ha "), std::string::npos) << text;
 }
 
 TEST(DepthBalance, RefusesRingsItCannotWeigh) {

@@ -9,8 +9,8 @@
 #include "caudalis/design/DesignFile.hpp"
 #include "caudalis/design/DesignRunner.hpp"
 #include "caudalis/design/InMemoryNozzleSource.hpp"
-#include "caudalis/design/JsonReport.hpp"
 #include "caudalis/design/TextFile.hpp"
+#include "caudalis/report/JsonReport.hpp"
 
 using namespace caudalis;
 using namespace caudalis::design;

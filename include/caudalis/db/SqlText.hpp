@@ -44,6 +44,9 @@ std::string nullIf(const Variant& condition, const Variant& value);
 /// "null" for the empty literals "##" and "''", else the literal unchanged.
 std::string emptyLiteralToNull(const std::string& literal);
 
+/// `text` as a statement's text literal: between single quotes, with its quotes doubled.
+std::string textLiteral(const std::string& text);
+
 /// "null" when the number at the start of the value's text (read with "." as decimal point, 0
 /// when the text does not start with a number) is 0, or the value equals 0; else its text.
 std::string zeroToNull(const Variant& value);

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "caudalis/design/UnitText.hpp"
+
 namespace caudalis::design {
 
 /// One outlet's share of the irrigated circle: the ring of ground of width `ringWidthM` at its
@@ -42,8 +44,8 @@ public:
     /// or the revolution time or irrigated area is not positive.
     static DepthFigures compute(const std::vector<OutletRing>& rings, double dischargeLps,
                                 double revolutionTimeH, double irrigatedAreaM2);
-    /// A paragraph for a report: the three figures, in millimetres, and where they part.
-    static std::string explanation(const DepthFigures& figures);
+    /// A paragraph for a report: the three figures, in the units of `text`, and where they part.
+    static std::string explanation(const DepthFigures& figures, const UnitText& text);
 };
 
 }  // namespace caudalis::design

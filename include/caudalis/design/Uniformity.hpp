@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "caudalis/core/BoundedArray.hpp"
 #include "caudalis/core/Records.hpp"
@@ -12,6 +13,19 @@ namespace caudalis::design {
 /// too few samples for a low quarter).
 class Uniformity {
 public:
+    /// The samples (depths, field samples) as the 1-based array the figures and the evaluation
+    /// tables take (unallocated when there are none).
+    template <typename Sample>
+    static BoundedArray<Sample> samples(const std::vector<Sample>& items) {
+        BoundedArray<Sample> array;
+        if (!items.empty()) {
+            array.redim(1, static_cast<Long>(items.size()));
+            for (Long i = 1; i <= array.count(); ++i) {
+                array(i) = items[static_cast<std::size_t>(i - 1)];
+            }
+        }
+        return array;
+    }
     /// Weighted mean depth (`WaterDepths::Average`).
     static std::optional<double> meanDepth(const BoundedArray<WaterDepthSample>& samples);
     /// Heermann-Hein coefficient: 100 * (1 - sum |d_i - mean| r_i / sum d_i r_i), in %; empty

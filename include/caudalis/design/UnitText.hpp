@@ -21,6 +21,10 @@ public:
     std::string number(Quantity quantity, double si, int extraDecimals) const;
     /// The number and its unit, e.g. "300.0 kPa".
     std::string text(Quantity quantity, double si) const;
+    /// The number, with more or fewer decimals than usual, and its unit.
+    std::string text(Quantity quantity, double si, int extraDecimals) const;
+    /// The number with up to six significant digits and its unit, e.g. "120 kPa", "2.4384 m".
+    std::string general(Quantity quantity, double si) const;
     /// A column heading with the unit, e.g. "pipe kPa".
     std::string heading(const std::string& label, Quantity quantity) const;
     /// An area: "57.09 ha" or "141.08 acre".

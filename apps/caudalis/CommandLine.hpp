@@ -6,9 +6,9 @@
 #include <ostream>
 #include <string>
 
-#include "ChartStore.hpp"
-#include "EvaluationDesign.hpp"
 #include "caudalis/design/NozzleSource.hpp"
+#include "caudalis/fieldtests/EvaluationDesign.hpp"
+#include "caudalis/project/ChartStore.hpp"
 
 namespace CLI {
 class App;
@@ -22,8 +22,8 @@ struct Services {
     /// The nozzles of the catalogue database at the path.
     std::function<std::unique_ptr<design::NozzleSource>(const std::string& cataloguePath)> nozzleSource;
     /// The charts of the project database, with models from the catalogue database.
-    std::function<std::unique_ptr<ChartStore>(const std::string& projectPath,
-                                              const std::string& cataloguePath)>
+    std::function<std::unique_ptr<project::ChartStore>(const std::string& projectPath,
+                                                       const std::string& cataloguePath)>
         chartStore;
     /// Whether long imports draw a progress bar on the error stream (a terminal).
     bool progressOnErrorStream = false;
@@ -57,7 +57,7 @@ private:
     void runEvaluate(const CLI::App& evaluate);
     void evaluateReadings();
     /// The design the readings are laid over: --design FILE or --chart ID, or none.
-    std::optional<DesignReference> designReference();
+    std::optional<fieldtests::DesignReference> designReference();
     void runCatalogue(const CLI::App& catalogue);
     void listNozzles();
     void importCatalogue();

@@ -8,18 +8,9 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-#include "CatalogueDatabase.hpp"
-#include "CatalogueImport.hpp"
-#include "ChartReport.hpp"
 #include "CliErrors.hpp"
 #include "CommandOptions.hpp"
-#include "DataFolder.hpp"
-#include "EvaluationDesign.hpp"
-#include "EvaluationReport.hpp"
-#include "EvaluationStore.hpp"
 #include "OutputFile.hpp"
-#include "ProjectSetup.hpp"
-#include "ReadingsFile.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
 #include "caudalis/design/CsvReport.hpp"
@@ -34,8 +25,20 @@
 #include "caudalis/design/ReportLabels.hpp"
 #include "caudalis/design/TextFile.hpp"
 #include "caudalis/design/TextReport.hpp"
+#include "caudalis/fieldtests/EvaluationDesign.hpp"
+#include "caudalis/fieldtests/EvaluationReport.hpp"
+#include "caudalis/fieldtests/EvaluationStore.hpp"
+#include "caudalis/fieldtests/ReadingsFile.hpp"
+#include "caudalis/project/CatalogueDatabase.hpp"
+#include "caudalis/project/CatalogueImport.hpp"
+#include "caudalis/project/ChartReport.hpp"
+#include "caudalis/project/DataFolder.hpp"
+#include "caudalis/project/ProjectSetup.hpp"
 
 namespace caudalis::cli {
+
+using namespace caudalis::project;
+using namespace caudalis::fieldtests;
 
 namespace {
 
@@ -200,7 +203,7 @@ void CommandLine::runEvaluate(const CLI::App& command) {
     } else if (command.got_subcommand("show")) {
         const auto stored = EvaluationStore(o.projectPath).find(static_cast<Long>(o.evaluationId));
         if (o.json) {
-            out_ << EvaluationReport::storedJson(stored).dump(2) << '\n';
+            EvaluationReport::writeStoredJson(out_, stored);
         } else {
             EvaluationReport::writeStored(out_, stored);
         }
@@ -242,7 +245,7 @@ void CommandLine::evaluateReadings() {
             outcome.result.counted, outcome.design->machine, outcome.design->wettedDiameterM);
     }
     if (o.json) {
-        out_ << EvaluationReport::toJson(outcome).dump(2) << '\n';
+        EvaluationReport::writeJson(out_, outcome);
     } else {
         EvaluationReport::write(out_, outcome);
     }

@@ -7,7 +7,8 @@
 #include <string>
 
 #include "caudalis/design/NozzleSource.hpp"
-#include "caudalis/fieldtests/EvaluationDesign.hpp"
+#include "caudalis/fieldtests/FieldTestService.hpp"
+#include "caudalis/project/ChartService.hpp"
 #include "caudalis/project/ChartStore.hpp"
 
 namespace CLI {
@@ -55,9 +56,13 @@ private:
     void runInit();
     void runDesign();
     void runEvaluate(const CLI::App& evaluate);
-    void evaluateReadings();
+    void evaluateReadings(const fieldtests::FieldTestService& fieldTests);
     /// The design the readings are laid over: --design FILE or --chart ID, or none.
-    std::optional<fieldtests::DesignReference> designReference();
+    std::optional<fieldtests::DesignReference> designReference(
+        const fieldtests::FieldTestService& fieldTests);
+    /// The services on the databases the options name.
+    project::ChartService chartService() const;
+    fieldtests::FieldTestService fieldTestService() const;
     void runCatalogue(const CLI::App& catalogue);
     void listNozzles();
     void importCatalogue();

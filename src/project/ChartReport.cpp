@@ -6,8 +6,10 @@
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
 #include "caudalis/charts/MountedAspersor.hpp"
+#include "caudalis/design/DesignPrintout.hpp"
 #include "caudalis/design/ReportLabels.hpp"
 #include "caudalis/hydraulics/ReguladorPression.hpp"
+#include "caudalis/project/ServiceError.hpp"
 
 namespace caudalis::project {
 
@@ -103,12 +105,27 @@ void ChartReport::writeTimer(std::ostream& out, const std::optional<design::Char
     }
 }
 
-void ChartReport::write(std::ostream& out, const LoadedChart& loaded) {
+void ChartReport::write(std::ostream& out, const StoredChartDocument& document) {
+    const auto& loaded = document.stored;
     auto& chart = *loaded.chart;
     fmt::print(out, "Chart {}: {} (system {})\n", chart.id(), chart.getNome(), loaded.system);
     writeAccessories(out, chart);
     writeNozzles(out, chart, loaded.figures);
     writeTimer(out, loaded.figures);
+}
+
+design::ReportDocument ChartReport::document(const StoredChartDocument& document) {
+    const auto& loaded = document.stored;
+    if (!document.design) {
+        throw InputError("chart " + std::to_string(loaded.chart->id()) +
+                         " was read without its design, so it has no whole printout");
+    }
+    const auto& result = document.design->result;
+    auto report = design::DesignPrintout::document(result, design::Units(result.design.units), true);
+    report.subtitle.insert(report.subtitle.begin(),
+                           fmt::format("Stored chart {}: {} (system {})", loaded.chart->id(),
+                                       loaded.chart->getNome(), loaded.system));
+    return report;
 }
 
 }  // namespace caudalis::project

@@ -89,6 +89,24 @@ std::vector<long> DatabaseFile::wholeNumbers(const std::string& sql, const std::
     return numbers;
 }
 
+long DatabaseFile::rowCount(const std::string& table) const {
+    std::string sql = "SELECT count(*) as n FROM ";
+    sql += table;
+    return wholeNumbers(sql, "n").front();
+}
+
+void DatabaseFile::makeSchemaOn(Connection& connection) const {
+    if (!onServer()) {
+        return;
+    }
+    if (const auto schema = PostgresConnectionString::parse(path_)->schema()) {
+        std::string sql = "CREATE SCHEMA IF NOT EXISTS \"";
+        sql += *schema;
+        sql += '"';
+        connection.Execute(sql);
+    }
+}
+
 bool DatabaseFile::holdsNoTables() const {
     const auto names = tableNames();
     const auto& required = requiredTables(kind_);

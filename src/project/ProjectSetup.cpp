@@ -2,14 +2,10 @@
 
 #include <unistd.h>
 
-#include <fmt/format.h>
-#include <fmt/ostream.h>
-
 #include <cctype>
 
 #include "caudalis/core/Error.hpp"
 #include "caudalis/db/Connection.hpp"
-#include "caudalis/db/PostgresConnectionString.hpp"
 #include "caudalis/db/SqlScript.hpp"
 #include "caudalis/project/ServiceError.hpp"
 #include "caudalis/project/TextFile.hpp"
@@ -40,16 +36,6 @@ bool controlsTransaction(const std::string& statement) {
         upper += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     }
     return upper == "BEGIN" || upper == "COMMIT" || upper == "END" || upper == "ROLLBACK";
-}
-
-/// What a database holds, for the report: its nozzles or its charts.
-std::string contentOf(const DatabaseFile& database) {
-    if (database.kind() == DatabaseKind::Catalogue) {
-        const auto n = database.wholeNumbers("SELECT count(*) as n FROM Boquillas", "n").front();
-        return fmt::format("{} nozzles", n);
-    }
-    const auto n = database.wholeNumbers("SELECT count(*) as n FROM tb_cartas", "n").front();
-    return fmt::format("{} charts", n);
 }
 
 }  // namespace
@@ -84,9 +70,7 @@ void ProjectSetup::runOnServer(const DatabaseFile& database, const std::vector<c
         Connection connection(database.connectionString());
         connection.Open();
         connection.BeginTrans();
-        if (const auto schema = PostgresConnectionString::parse(database.path())->schema()) {
-            connection.Execute("CREATE SCHEMA IF NOT EXISTS \"" + *schema + "\"");
-        }
+        database.makeSchemaOn(connection);
         for (const char* script : scripts) {
             for (const auto& statement :
                  splitStatements(readTextFile((dataFolder_ / script).string(), "SQL script"))) {
@@ -132,7 +116,7 @@ bool ProjectSetup::addMissingTables(const DatabaseFile& database) const {
     return true;
 }
 
-void ProjectSetup::provide(const DatabaseFile& database, std::ostream& out) const {
+ProvidedDatabase ProjectSetup::provide(const DatabaseFile& database) const {
     std::error_code ignored;
     const bool existed =
         database.onServer() ? !database.holdsNoTables() : std::filesystem::exists(database.path(), ignored);
@@ -146,8 +130,9 @@ void ProjectSetup::provide(const DatabaseFile& database, std::ostream& out) cons
     } else {
         create(database.kind(), database.path());
     }
-    fmt::print(out, "{} database: {} ({}, {})\n", database.kindName(), database.path(), state,
-               contentOf(database));
+    const bool catalogue = database.kind() == DatabaseKind::Catalogue;
+    return {database.kindName(), database.path(), state,
+            database.rowCount(catalogue ? "Boquillas" : "tb_cartas"), catalogue ? "nozzles" : "charts"};
 }
 
 std::string ProjectSetup::targetOf(DatabaseKind kind) const {
@@ -166,9 +151,12 @@ std::string ProjectSetup::targetOf(DatabaseKind kind) const {
     return (absolute / (kind == DatabaseKind::Project ? projectFileName : catalogueFileName)).string();
 }
 
-void ProjectSetup::run(std::ostream& out) const {
-    provide(DatabaseFile(targetOf(DatabaseKind::Project), DatabaseKind::Project), out);
-    provide(DatabaseFile(targetOf(DatabaseKind::Catalogue), DatabaseKind::Catalogue), out);
+SetupResult ProjectSetup::run() const {
+    SetupResult result;
+    result.databases.push_back(provide(DatabaseFile(targetOf(DatabaseKind::Project), DatabaseKind::Project)));
+    result.databases.push_back(
+        provide(DatabaseFile(targetOf(DatabaseKind::Catalogue), DatabaseKind::Catalogue)));
+    return result;
 }
 
 }  // namespace caudalis::project

@@ -3,15 +3,20 @@
 #include <ostream>
 #include <vector>
 
-#include "caudalis/project/ChartStore.hpp"
+#include "caudalis/design/ReportDocument.hpp"
+#include "caudalis/project/StoredChartDocument.hpp"
 
 namespace caudalis::project {
 
-/// Stored charts as text: the list of charts, and one chart's whole content.
+/// Stored charts as text: the list of charts; and one chart's printout, drawn from its document
+/// as text (the chart with its stored figures) or as a report document for HTML (the whole
+/// printout of its design computed again, headed by the stored chart).
 class ChartReport {
 public:
     static void writeList(std::ostream& out, const std::vector<StoredChart>& charts);
-    static void write(std::ostream& out, const LoadedChart& loaded);
+    static void write(std::ostream& out, const StoredChartDocument& document);
+    /// Raises `InputError` when the document was read without the chart's design.
+    static design::ReportDocument document(const StoredChartDocument& document);
 
 private:
     static void writeAccessories(std::ostream& out, CartaAspersores& chart);

@@ -45,6 +45,11 @@ public:
     /// The whole numbers in column `field` of the rows `sql` selects (a query of the program's
     /// own, run after `requireUsable`).
     std::vector<long> wholeNumbers(const std::string& sql, const std::string& field) const;
+    /// How many rows the table `table` holds (run after `requireUsable`).
+    long rowCount(const std::string& table) const;
+    /// Makes the schema that a server's connection string names, when it is missing, on
+    /// `connection` (inside its transaction); nothing for a file or a string naming no schema.
+    void makeSchemaOn(Connection& connection) const;
     /// Whether the file holds the table `name` (in lower case).
     bool hasTable(const std::string& name) const;
 

@@ -2,13 +2,30 @@
 
 #include <filesystem>
 #include <optional>
-#include <ostream>
 #include <string>
 #include <vector>
 
 #include "caudalis/project/DatabaseFile.hpp"
 
 namespace caudalis::project {
+
+/// What set-up found or did for one database.
+struct ProvidedDatabase {
+    /// "project" or "catalogue".
+    std::string kind;
+    std::string path;
+    /// "created", "already there, left as it was" or "already there, missing side tables added".
+    std::string state;
+    /// How many charts (project) or nozzles (catalogue) it holds.
+    long count = 0;
+    /// "charts" or "nozzles".
+    std::string counted;
+};
+
+/// What `ProjectSetup::run` provided: the project database, then the catalogue database.
+struct SetupResult {
+    std::vector<ProvidedDatabase> databases;
+};
 
 /// `caudalis init`: creates a project database (project.db) and a catalogue database
 /// (catalogue.db) in a folder from the shipped schemas, sample catalogue and pipe materials.
@@ -29,14 +46,14 @@ public:
     };
 
     ProjectSetup(Targets targets, std::filesystem::path dataFolder);
-    /// Creates what is missing and reports each database's path on `out`.
-    void run(std::ostream& out) const;
+    /// Creates what is missing and tells what each database holds.
+    SetupResult run() const;
 
     static constexpr const char* projectFileName = "project.db";
     static constexpr const char* catalogueFileName = "catalogue.db";
 
 private:
-    void provide(const DatabaseFile& database, std::ostream& out) const;
+    ProvidedDatabase provide(const DatabaseFile& database) const;
     void create(DatabaseKind kind, const std::filesystem::path& file) const;
     /// Runs `scripts` on a server's schema in one transaction (making the schema when missing).
     void runOnServer(const DatabaseFile& database, const std::vector<const char*>& scripts) const;

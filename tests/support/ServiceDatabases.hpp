@@ -1,0 +1,41 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "TemporaryFolder.hpp"
+#include "TestEngine.hpp"
+#include "caudalis/design/NozzleSource.hpp"
+#include "caudalis/project/ChartStore.hpp"
+#include "caudalis/project/ProjectSetup.hpp"
+
+namespace caudalis::testing {
+
+/// A project database and a catalogue database named as a host names them (files of a fresh
+/// folder, or two fresh schemas of the tests' PostgreSQL server), not made yet: the services
+/// under test set them up.
+class ServiceDatabases {
+public:
+    explicit ServiceDatabases(TestEngine engine);
+    ~ServiceDatabases();
+    ServiceDatabases(const ServiceDatabases&) = delete;
+    ServiceDatabases& operator=(const ServiceDatabases&) = delete;
+
+    const std::string& project() const noexcept { return project_; }
+    const std::string& catalogue() const noexcept { return catalogue_; }
+    const TemporaryFolder& folder() const noexcept { return folder_; }
+
+    /// Sets both databases up from the source tree's data folder.
+    project::SetupResult setUp() const;
+    std::unique_ptr<design::NozzleSource> nozzles() const;
+    std::unique_ptr<project::ChartStore> charts() const;
+
+private:
+    TemporaryFolder folder_;
+    std::string server_;
+    std::string schemaSuffix_;
+    std::string project_;
+    std::string catalogue_;
+};
+
+}  // namespace caudalis::testing

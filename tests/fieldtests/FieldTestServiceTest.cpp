@@ -2,6 +2,8 @@
 
 #include <fstream>
 
+#include "ErrorMatchers.hpp"
+#include "SampleNozzles.hpp"
 #include "ServiceDatabases.hpp"
 #include "TestEngine.hpp"
 #include "caudalis/design/DesignFile.hpp"
@@ -15,24 +17,12 @@
 // design file and over a stored chart, stored, listed and read back.
 using namespace caudalis;
 using namespace caudalis::fieldtests;
+using caudalis::testing::raisedMessage;
 using caudalis::testing::ServiceDatabases;
+using caudalis::testing::sourcePath;
 using caudalis::testing::TestEngine;
 
 namespace {
-
-std::string examplePath(const std::string& relative) {
-    return std::string(CAUDALIS_SOURCE_DIR) + "/examples/" + relative;
-}
-
-template <class Call>
-std::string inputErrorOf(Call call) {
-    try {
-        call();
-    } catch (const project::InputError& error) {
-        return error.what();
-    }
-    return "";
-}
 
 class FieldTests : public ::testing::TestWithParam<TestEngine> {
 protected:
@@ -46,7 +36,7 @@ protected:
 
     static EvaluationRequest smallTest() {
         EvaluationRequest request;
-        request.readingsPaths = {examplePath("evaluations/small-2025.csv")};
+        request.readingsPaths = {sourcePath("examples/evaluations/small-2025.csv")};
         request.gaugeDiameterM = 0.1;
         request.innerRadiusM = 10;
         return request;
@@ -88,15 +78,19 @@ TEST_P(FieldTests, ReadingsAloneAreEvaluatedStoredListedAndShown) {
     EXPECT_EQ(shown.evaluation.name, "small-2025");
     EXPECT_FALSE(shown.figures.empty());
 
-    EXPECT_NE(inputErrorOf([&] { fieldTests.evaluate(smallTest(), noDesign(), true); }).find("small-2025"),
+    EXPECT_NE(raisedMessage<project::InputError>([&] {
+                  fieldTests.evaluate(smallTest(), noDesign(), true);
+              }).find("small-2025"),
               std::string::npos);
     EXPECT_EQ(fieldTests.evaluate(smallTest(), noDesign(), false).outcome.name, "small-2025");
-    EXPECT_NE(inputErrorOf([&] { fieldTests.show(id + 1); }).find("holds no evaluation"), std::string::npos);
+    EXPECT_NE(
+        raisedMessage<project::InputError>([&] { fieldTests.show(id + 1); }).find("holds no evaluation"),
+        std::string::npos);
 }
 
 TEST_P(FieldTests, ReadingsAreComparedWithADesignFileAndWithTheSameDesignStored) {
     const auto fieldTests = service();
-    const auto designPath = examplePath("designs/small.json");
+    const auto designPath = sourcePath("examples/designs/small.json");
     const auto overFile = fieldTests.evaluate(
         smallTest(),
         [&] { return std::optional(fieldTests.designFile(designPath, 1000, 100, std::nullopt)); }, false);
@@ -129,7 +123,9 @@ TEST_P(FieldTests, ABadReadingsFileIsNamed) {
     std::ofstream(bad) << "line,distance_m,volume_ml\neast,3,1\n";
     auto request = smallTest();
     request.readingsPaths = {bad};
-    EXPECT_NE(inputErrorOf([&] { service().evaluate(request, noDesign(), false); }).find("readings file"),
+    EXPECT_NE(raisedMessage<project::InputError>([&] {
+                  service().evaluate(request, noDesign(), false);
+              }).find("readings file"),
               std::string::npos);
 }
 

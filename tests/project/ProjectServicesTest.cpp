@@ -3,6 +3,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "ErrorMatchers.hpp"
+#include "SampleNozzles.hpp"
 #include "ServiceDatabases.hpp"
 #include "TestEngine.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
@@ -19,35 +21,12 @@
 // The project services on real databases of each engine: set-up, the catalogue, the charts.
 using namespace caudalis;
 using namespace caudalis::project;
+using caudalis::testing::raisedMessage;
 using caudalis::testing::ServiceDatabases;
+using caudalis::testing::sourcePath;
 using caudalis::testing::TestEngine;
 
 namespace {
-
-std::string examplePath(const std::string& relative) {
-    return std::string(CAUDALIS_SOURCE_DIR) + "/examples/" + relative;
-}
-
-template <class Call>
-std::string inputErrorOf(Call call) {
-    try {
-        call();
-    } catch (const InputError& error) {
-        return error.what();
-    }
-    return "";
-}
-
-/// The message of whatever the call raised (a design's own errors too).
-template <class Call>
-std::string errorOf(Call call) {
-    try {
-        call();
-    } catch (const std::exception& error) {
-        return error.what();
-    }
-    return "";
-}
 
 class ProjectServices : public ::testing::TestWithParam<TestEngine> {
 protected:
@@ -59,7 +38,7 @@ protected:
 
     /// The small example designed with the catalogue, as `design` computes it.
     design::DesignResult smallDesign() const {
-        const auto description = design::DesignFile::load(examplePath("designs/small.json"));
+        const auto description = design::DesignFile::load(sourcePath("examples/designs/small.json"));
         return design::DesignRunner(design::DesignOptions{}).run(description, *databases.nozzles());
     }
 
@@ -98,7 +77,7 @@ TEST_P(ProjectServices, TheCatalogueListsModelsOfABrandAndImportsNozzlesWrittenI
         EXPECT_EQ(model.marca.nome, brands.front().nome);
     }
     EXPECT_GE(catalogue.models(std::nullopt).models.size(), models.size());
-    EXPECT_NE(inputErrorOf([&] { catalogue.models(std::string("Nobody")); }).find("Nobody"),
+    EXPECT_NE(raisedMessage<InputError>([&] { catalogue.models(std::string("Nobody")); }).find("Nobody"),
               std::string::npos);
 
     const auto csv = databases.folder().file("us.csv");
@@ -124,11 +103,12 @@ TEST_P(ProjectServices, TheCatalogueListsModelsOfABrandAndImportsNozzlesWrittenI
 TEST_P(ProjectServices, AStoredChartIsListedShownFromOneDocumentRebuiltAndDeleted) {
     auto service = charts();
     const auto result = smallDesign();
-    const auto designText = design::readTextFile(examplePath("designs/small.json"), "design file");
+    const auto designText = design::readTextFile(sourcePath("examples/designs/small.json"), "design file");
     const auto id = service.store(result, designText, "North field", 7);
-    EXPECT_NE(
-        inputErrorOf([&] { service.requireNameIsFree("North field", 7); }).find("already exists in system 7"),
-        std::string::npos);
+    EXPECT_NE(raisedMessage<InputError>([&] {
+                  service.requireNameIsFree("North field", 7);
+              }).find("already exists in system 7"),
+              std::string::npos);
     service.requireNameIsFree("North field", 8);
 
     const auto listed = service.list(std::optional<Long>(7));
@@ -149,8 +129,9 @@ TEST_P(ProjectServices, AStoredChartIsListedShownFromOneDocumentRebuiltAndDelete
     EXPECT_NE(
         text.str().find("Mounted nozzles: " + std::to_string(result.chart->mountedAspersores()->Count())),
         std::string::npos);
-    EXPECT_NE(inputErrorOf([&] { ChartReport::document(stored); }).find("was read without its design"),
-              std::string::npos);
+    EXPECT_NE(
+        raisedMessage<InputError>([&] { ChartReport::document(stored); }).find("was read without its design"),
+        std::string::npos);
 
     const auto whole = service.show(id, true);
     ASSERT_TRUE(whole.design.has_value());
@@ -163,14 +144,15 @@ TEST_P(ProjectServices, AStoredChartIsListedShownFromOneDocumentRebuiltAndDelete
 
     service.remove(id);
     EXPECT_TRUE(service.list(std::nullopt).empty());
-    EXPECT_NE(inputErrorOf([&] { service.show(id, false); }).find("no chart with id"), std::string::npos);
+    EXPECT_NE(raisedMessage<InputError>([&] { service.show(id, false); }).find("no chart with id"),
+              std::string::npos);
 }
 
 TEST_P(ProjectServices, AChartStoredWithoutItsDesignFileHasNoWholePrintout) {
     auto service = charts();
     const auto id = service.store(smallDesign(), "", "No design", 1);
     EXPECT_TRUE(service.show(id, false).stored.figures.has_value());
-    EXPECT_NE(errorOf([&] { service.show(id, true); }).find("stored without its design file"),
+    EXPECT_NE(raisedMessage([&] { service.show(id, true); }).find("stored without its design file"),
               std::string::npos);
 }
 

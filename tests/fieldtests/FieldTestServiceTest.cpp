@@ -17,22 +17,13 @@
 // design file and over a stored chart, stored, listed and read back.
 using namespace caudalis;
 using namespace caudalis::fieldtests;
-using caudalis::testing::raisedMessage;
-using caudalis::testing::ServiceDatabases;
-using caudalis::testing::sourcePath;
-using caudalis::testing::TestEngine;
+using namespace caudalis::testing;
 
 namespace {
 
-class FieldTests : public ::testing::TestWithParam<TestEngine> {
+class FieldTests : public ServiceTest {
 protected:
-    void SetUp() override { databases.setUp(); }
-
-    FieldTestService service() const {
-        return FieldTestService(
-            databases.project(), [this] { return databases.nozzles(); },
-            [this] { return databases.charts(); });
-    }
+    FieldTestService service() const { return databases.fieldTestService(); }
 
     static EvaluationRequest smallTest() {
         EvaluationRequest request;
@@ -45,8 +36,6 @@ protected:
     static FieldTestService::DesignLookup noDesign() {
         return [] { return std::optional<DesignReference>(); };
     }
-
-    ServiceDatabases databases{GetParam()};
 };
 
 TEST_P(FieldTests, TheNameIsTheFilesAndTheTestsUnlessOneIsGiven) {
@@ -100,8 +89,7 @@ TEST_P(FieldTests, ReadingsAreComparedWithADesignFileAndWithTheSameDesignStored)
     EXPECT_GT(overFile.outcome.design->expectedDepthMm, 0);
     EXPECT_FALSE(overFile.outcome.comparison->collectors.empty());
 
-    auto charts =
-        project::ChartService([this] { return databases.charts(); }, [this] { return databases.nozzles(); });
+    auto charts = databases.chartService();
     const auto result = design::DesignRunner(design::DesignOptions{})
                             .run(design::DesignFile::load(designPath), *databases.nozzles());
     const auto id = charts.store(result, design::readTextFile(designPath, "design file"), "Small", 1);

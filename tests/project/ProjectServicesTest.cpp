@@ -21,28 +21,19 @@
 // The project services on real databases of each engine: set-up, the catalogue, the charts.
 using namespace caudalis;
 using namespace caudalis::project;
-using caudalis::testing::raisedMessage;
-using caudalis::testing::ServiceDatabases;
-using caudalis::testing::sourcePath;
-using caudalis::testing::TestEngine;
+using namespace caudalis::testing;
 
 namespace {
 
-class ProjectServices : public ::testing::TestWithParam<TestEngine> {
+class ProjectServices : public ServiceTest {
 protected:
-    void SetUp() override { databases.setUp(); }
-
-    ChartService charts() const {
-        return ChartService([this] { return databases.charts(); }, [this] { return databases.nozzles(); });
-    }
+    ChartService charts() const { return databases.chartService(); }
 
     /// The small example designed with the catalogue, as `design` computes it.
     design::DesignResult smallDesign() const {
         const auto description = design::DesignFile::load(sourcePath("examples/designs/small.json"));
         return design::DesignRunner(design::DesignOptions{}).run(description, *databases.nozzles());
     }
-
-    ServiceDatabases databases{GetParam()};
 };
 
 TEST_P(ProjectServices, SetUpCreatesBothDatabasesThenLeavesThemAsTheyAre) {

@@ -61,4 +61,13 @@ std::unique_ptr<project::ChartStore> ServiceDatabases::charts() const {
     return std::make_unique<project::DatabaseChartStore>(project_, catalogue_);
 }
 
+project::ChartService ServiceDatabases::chartService() const {
+    return project::ChartService([this] { return charts(); }, [this] { return nozzles(); });
+}
+
+fieldtests::FieldTestService ServiceDatabases::fieldTestService() const {
+    return fieldtests::FieldTestService(
+        project_, [this] { return nozzles(); }, [this] { return charts(); });
+}
+
 }  // namespace caudalis::testing

@@ -1,12 +1,15 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <string>
 
 #include "TemporaryFolder.hpp"
 #include "TestEngine.hpp"
 #include "caudalis/design/NozzleSource.hpp"
-#include "caudalis/project/ChartStore.hpp"
+#include "caudalis/fieldtests/FieldTestService.hpp"
+#include "caudalis/project/ChartService.hpp"
 #include "caudalis/project/ProjectSetup.hpp"
 
 namespace caudalis::testing {
@@ -18,8 +21,6 @@ class ServiceDatabases {
 public:
     explicit ServiceDatabases(TestEngine engine);
     ~ServiceDatabases();
-    ServiceDatabases(const ServiceDatabases&) = delete;
-    ServiceDatabases& operator=(const ServiceDatabases&) = delete;
 
     const std::string& project() const noexcept { return project_; }
     const std::string& catalogue() const noexcept { return catalogue_; }
@@ -29,6 +30,9 @@ public:
     project::SetupResult setUp() const;
     std::unique_ptr<design::NozzleSource> nozzles() const;
     std::unique_ptr<project::ChartStore> charts() const;
+    /// The services on these databases, as a host makes them.
+    project::ChartService chartService() const;
+    fieldtests::FieldTestService fieldTestService() const;
 
 private:
     TemporaryFolder folder_;
@@ -36,6 +40,14 @@ private:
     std::string schemaSuffix_;
     std::string project_;
     std::string catalogue_;
+};
+
+/// A test of the services on the databases of each engine, set up before it runs.
+class ServiceTest : public ::testing::TestWithParam<TestEngine> {
+protected:
+    void SetUp() override { databases.setUp(); }
+
+    ServiceDatabases databases{GetParam()};
 };
 
 }  // namespace caudalis::testing

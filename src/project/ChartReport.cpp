@@ -42,25 +42,35 @@ void ChartReport::writeList(std::ostream& out, const std::vector<StoredChart>& c
     }
 }
 
-void ChartReport::writeAccessories(std::ostream& out, CartaAspersores& chart) {
-    line(out, "End-gun booster", fmt::format("{:g} kPa", chart.getEndGunBoost()));
+std::vector<std::pair<std::string, std::string>> ChartReport::accessories(CartaAspersores& chart) {
     const auto indicators = chart.getIndicadores();
-    line(out, "Indicators",
-         fmt::format("{:g} h per revolution, {} blocked outlets", indicators.horasRevolucao,
-                     indicators.numeroSaidasObturadas));
     const auto check = chart.getPluviometriaCheck();
-    line(out, "Pluviometry check",
-         fmt::format("{}; {}; Kostiakov k {:g}, a {:g}", pointText(check.firstSample),
-                     pointText(check.secondSample), check.kostiakov.k, check.kostiakov.a));
-    line(out, "Drop", dropText(chart.getDrop()));
+    return {{"End-gun booster", fmt::format("{:g} kPa", chart.getEndGunBoost())},
+            {"Indicators", fmt::format("{:g} h per revolution, {} blocked outlets", indicators.horasRevolucao,
+                                       indicators.numeroSaidasObturadas)},
+            {"Pluviometry check",
+             fmt::format("{}; {}; Kostiakov k {:g}, a {:g}", pointText(check.firstSample),
+                         pointText(check.secondSample), check.kostiakov.k, check.kostiakov.a)},
+            {"Drop", dropText(chart.getDrop())},
+            {"Regulators", std::to_string(chart.getReguladores()->Count())}};
+}
+
+std::vector<std::string> ChartReport::regulators(CartaAspersores& chart) {
+    std::vector<std::string> lines;
     const auto regulators = chart.getReguladores();
-    line(out, "Regulators", std::to_string(regulators->Count()));
     for (Long i = 1; i <= regulators->Count(); ++i) {
         const auto regulator = regulators->objectAt<ReguladorPression>(i);
-        fmt::print(out, "    span {:>3}: {:g} kPa, {:g}-{:g} l/s{}\n", regulator->tramo(),
-                   regulator->pression(), regulator->minimum_caudal(), regulator->maximum_caudal(),
-                   regulator->installed() ? "" : " (not installed)");
+        lines.push_back(fmt::format("span {:>3}: {:g} kPa, {:g}-{:g} l/s{}", regulator->tramo(),
+                                    regulator->pression(), regulator->minimum_caudal(),
+                                    regulator->maximum_caudal(),
+                                    regulator->installed() ? "" : " (not installed)"));
     }
+    return lines;
+}
+
+std::string ChartReport::heading(const StoredChartDocument& document) {
+    const auto& chart = *document.stored.chart;
+    return fmt::format("Chart {}: {} (system {})", chart.id(), chart.getNome(), document.stored.system);
 }
 
 void ChartReport::writeNozzles(std::ostream& out, const CartaAspersores& chart,
@@ -108,23 +118,35 @@ void ChartReport::writeTimer(std::ostream& out, const std::optional<design::Char
 void ChartReport::write(std::ostream& out, const StoredChartDocument& document) {
     const auto& loaded = document.stored;
     auto& chart = *loaded.chart;
-    fmt::print(out, "Chart {}: {} (system {})\n", chart.id(), chart.getNome(), loaded.system);
-    writeAccessories(out, chart);
+    fmt::print(out, "{}\n", heading(document));
+    for (const auto& [label, value] : accessories(chart)) {
+        line(out, label, value);
+    }
+    for (const auto& regulator : regulators(chart)) {
+        fmt::print(out, "    {}\n", regulator);
+    }
     writeNozzles(out, chart, loaded.figures);
     writeTimer(out, loaded.figures);
 }
 
 design::ReportDocument ChartReport::document(const StoredChartDocument& document) {
-    const auto& loaded = document.stored;
+    auto& chart = *document.stored.chart;
     if (!document.design) {
-        throw InputError("chart " + std::to_string(loaded.chart->id()) +
+        throw InputError("chart " + std::to_string(chart.id()) +
                          " was read without its design, so it has no whole printout");
     }
     const auto& result = document.design->result;
     auto report = design::DesignPrintout::document(result, design::Units(result.design.units), true);
-    report.subtitle.insert(report.subtitle.begin(),
-                           fmt::format("Stored chart {}: {} (system {})", loaded.chart->id(),
-                                       loaded.chart->getNome(), loaded.system));
+    report.subtitle.insert(report.subtitle.begin(), heading(document));
+    // The stored chart's own lines, as `chart show` prints them, head the printout.
+    design::ReportSection stored{"Stored chart", {}};
+    for (const auto& [label, value] : accessories(chart)) {
+        stored.blocks.emplace_back(design::ReportParagraph{label + ": " + value});
+    }
+    for (const auto& regulator : regulators(chart)) {
+        stored.blocks.emplace_back(design::ReportParagraph{"Regulator of " + regulator});
+    }
+    report.sections.insert(report.sections.begin(), std::move(stored));
     return report;
 }
 

@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <sstream>
+#include <variant>
 
 #include "ErrorMatchers.hpp"
 #include "SampleNozzles.hpp"
@@ -128,9 +129,21 @@ TEST_P(ProjectServices, AStoredChartIsListedShownFromOneDocumentRebuiltAndDelete
     ASSERT_TRUE(whole.design.has_value());
     const auto report = ChartReport::document(whole);
     ASSERT_FALSE(report.subtitle.empty());
-    EXPECT_EQ(report.subtitle.front(), "Stored chart " + std::to_string(id) + ": North field (system 7)");
+    EXPECT_EQ(report.subtitle.front(), "Chart " + std::to_string(id) + ": North field (system 7)");
     const auto designed = design::DesignPrintout::document(result, design::Units(result.design.units), true);
-    EXPECT_EQ(report.sections.size(), designed.sections.size());
+    ASSERT_EQ(report.sections.size(), designed.sections.size() + 1);
+    // The whole printout is headed by the stored chart's lines, the same as its text printout.
+    const auto& storedSection = report.sections.front();
+    EXPECT_EQ(storedSection.heading, "Stored chart");
+    ASSERT_EQ(storedSection.blocks.size(),
+              5u + static_cast<std::size_t>(result.chart->getReguladores()->Count()));
+    for (const auto& block : storedSection.blocks) {
+        const auto& paragraph = std::get<design::ReportParagraph>(block).text;
+        const auto colon = paragraph.find(": ");
+        ASSERT_NE(colon, std::string::npos) << paragraph;
+        EXPECT_NE(text.str().find(paragraph.substr(colon + 2)), std::string::npos) << paragraph;
+    }
+    EXPECT_EQ(report.sections[1].heading, designed.sections.front().heading);
     EXPECT_EQ(service.rebuild(id).result.outlets.size(), result.outlets.size());
 
     service.remove(id);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <ostream>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "caudalis/design/ReportDocument.hpp"
@@ -19,7 +21,12 @@ public:
     static design::ReportDocument document(const StoredChartDocument& document);
 
 private:
-    static void writeAccessories(std::ostream& out, CartaAspersores& chart);
+    /// "Chart ID: NAME (system S)".
+    static std::string heading(const StoredChartDocument& document);
+    /// The chart's accessories, label and value, as stored.
+    static std::vector<std::pair<std::string, std::string>> accessories(CartaAspersores& chart);
+    /// One line per pressure regulator ("span   3: 140 kPa, 0.2-1.5 l/s").
+    static std::vector<std::string> regulators(CartaAspersores& chart);
     /// Every mounted nozzle with its outlet's stored distance, pressures and flows.
     static void writeNozzles(std::ostream& out, const CartaAspersores& chart,
                              const std::optional<design::ChartFigures>& figures);

@@ -2,15 +2,15 @@
 #include <sqlite3.h>
 
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "BenchCharts.hpp"
 #include "PairedTiming.hpp"
+#include "SqliteStatementCapture.hpp"
+#include "TemporaryFolder.hpp"
 #include "caudalis/caudalis.hpp"
 
 namespace {
@@ -26,23 +26,13 @@ std::filesystem::path shippedData(const std::string& relative) {
 /// materials and catalogue) in a folder of the temporary directory, removed afterwards.
 class BenchDatabases {
 public:
-    BenchDatabases()
-        : folder_(std::filesystem::temp_directory_path() /
-                  ("caudalis-persistence-bench-" +
-                   std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()))) {
-        std::filesystem::create_directories(folder_);
+    BenchDatabases() {
         create(projectFile(), {"schema/project.sql", "sample/pipe-materials.sql"});
         create(catalogueFile(), {"schema/catalogue.sql", "sample/catalogue-data.sql"});
     }
-    ~BenchDatabases() {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder_, ignored);
-    }
-    BenchDatabases(const BenchDatabases&) = delete;
-    BenchDatabases& operator=(const BenchDatabases&) = delete;
 
-    std::string projectFile() const { return (folder_ / "project.db").string(); }
-    std::string catalogueFile() const { return (folder_ / "catalogue.db").string(); }
+    std::string projectFile() const { return (folder_.path() / "project.db").string(); }
+    std::string catalogueFile() const { return (folder_.path() / "catalogue.db").string(); }
     std::string projectConnection() const { return "Provider=SQLite;Data Source=" + projectFile(); }
     std::string catalogueConnection() const { return "Provider=SQLite;Data Source=" + catalogueFile(); }
 
@@ -55,10 +45,11 @@ private:
         }
     }
 
-    std::filesystem::path folder_;
+    testing::TemporaryFolder folder_;
 };
 
 using bench::chartOf;
+using bench::SqliteStatementCapture;
 
 void BM_SaveAsNewChartOf600Sprinklers(benchmark::State& state) {
     BenchDatabases databases;
@@ -95,43 +86,6 @@ void BM_FindWholeCatalogue(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_FindWholeCatalogue)->Unit(benchmark::kMillisecond);
-
-/// The statement texts SQLite runs, as it runs them, while a capture is on. The capture
-/// hooks every connection opened meanwhile, the library's included.
-class StatementCapture {
-public:
-    StatementCapture() {
-        active_ = this;
-        sqlite3_auto_extension(reinterpret_cast<void (*)()>(&StatementCapture::hook));
-    }
-    ~StatementCapture() {
-        sqlite3_cancel_auto_extension(reinterpret_cast<void (*)()>(&StatementCapture::hook));
-        active_ = nullptr;
-    }
-    StatementCapture(const StatementCapture&) = delete;
-    StatementCapture& operator=(const StatementCapture&) = delete;
-
-    const std::vector<std::string>& statements() const noexcept { return statements_; }
-
-private:
-    static int hook(sqlite3* db, const char** /*error*/, const void* /*api*/) {
-        sqlite3_trace_v2(db, SQLITE_TRACE_STMT, &StatementCapture::trace, nullptr);
-        return SQLITE_OK;
-    }
-    static int trace(unsigned type, void* /*context*/, void* statement, void* text) {
-        const auto* sql = static_cast<const char*>(text);
-        if (type != SQLITE_TRACE_STMT || active_ == nullptr || std::string_view(sql).starts_with("--")) {
-            return 0;
-        }
-        char* expanded = sqlite3_expanded_sql(static_cast<sqlite3_stmt*>(statement));
-        active_->statements_.emplace_back(expanded != nullptr ? expanded : sql);
-        sqlite3_free(expanded);
-        return 0;
-    }
-
-    static inline StatementCapture* active_ = nullptr;
-    std::vector<std::string> statements_;
-};
 
 /// The yardstick of chart persistence: the captured statement texts run on a connection of its
 /// own, each prepared, stepped to the end with every column of every row read, and finalized.
@@ -254,7 +208,7 @@ public:
     /// The statements `work` makes SQLite run.
     template <class Work>
     static std::vector<std::string> statementsOf(Work&& work) {
-        const StatementCapture capture;
+        const SqliteStatementCapture capture;
         work();
         return capture.statements();
     }

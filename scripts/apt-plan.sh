@@ -101,3 +101,17 @@ apt_update_failures_spare_packages() {
   done < <(apt_failed_index_architectures <"$update_log")
   grep -q "^E: Failed to fetch " "$update_log"
 }
+
+# Prints the other installed packages of this machine's architecture built from the same source
+# package as `name` at the same version (libbrotli-dev beside libbrotli1), one a line. A -dev
+# package asks for its library at exactly its own version, so a library pinned to another
+# version takes them along.
+apt_installed_siblings() {
+  local name=$1 arch source version
+  arch=$(dpkg --print-architecture)
+  source=$(dpkg-query -W -f '${source:Package}' "$name:$arch" 2>/dev/null) || return 0
+  version=$(dpkg-query -W -f '${Version}' "$name:$arch")
+  dpkg-query -W -f '${db:Status-Abbrev} ${Package} ${Architecture} ${source:Package} ${Version}\n' |
+    awk -v name="$name" -v arch="$arch" -v source="$source" -v version="$version" \
+      '$1 == "ii" && $2 != name && $3 == arch && $4 == source && $5 == version {print $2}'
+}

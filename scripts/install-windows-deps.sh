@@ -7,7 +7,8 @@
 # suite cannot be read, an amd64 library already upgraded from security has no i386 twin of the
 # same version and apt refuses ("... Depends: libpcre2-8-0:i386 ... not going to be installed").
 # Each failed attempt is read: a named i386 library whose amd64 twin is installed at a version
-# the i386 index lacks is pinned, both architectures, to the i386 candidate; any other named
+# the i386 index lacks is pinned, both architectures, to the i386 candidate (with the amd64
+# packages built beside it, such as its -dev package, so they stay); any other named
 # i386 dependency is asked for explicitly so the next attempt names what blocks it. Then retry.
 #
 # The attempts are apt's simulations (apt-get -s): nothing is installed until a plan is found,
@@ -43,6 +44,18 @@ already_there() {
 i386_candidate() { apt-cache policy "$1:i386" | awk '/Candidate:/ {print $2}'; }
 amd64_installed() { dpkg-query -W -f '${Version}' "$1:amd64" 2>/dev/null || true; }
 
+# Prints a pin to `version` for each installed amd64 sibling of `name` (same source package and
+# version, such as its -dev package) that apt can install at that version, so the pin of the
+# library does not remove them.
+sibling_pins() {
+  local name=$1 version=$2 sibling
+  apt_installed_siblings "$name" | while read -r sibling; do
+    if apt-cache madison "$sibling" | awk -F'|' '{gsub(/ /, "", $2); print $2}' | grep -qxF "$version"; then
+      echo "$sibling:amd64=$version"
+    fi
+  done
+}
+
 # Reads apt's refusal on stdin; prints the arguments to add for the next attempt.
 repairs_for() {
   local name cand inst
@@ -52,6 +65,7 @@ repairs_for() {
     if [ -z "$cand" ] || [ "$cand" = "(none)" ]; then continue; fi
     if [ -n "$inst" ] && [ "$inst" != "$cand" ]; then
       echo "$name:amd64=$cand" "$name:i386=$cand"
+      sibling_pins "$name" "$cand"
     else
       echo "$name:i386=$cand"
     fi

@@ -1,11 +1,10 @@
 #include "caudalis/db/PostgresBackend.hpp"
 
-#include <libpq-fe.h>
-
 #include <cctype>
 #include <vector>
 
 #include "PostgresCursor.hpp"
+#include "PostgresLibrary.hpp"
 #include "PostgresOpening.hpp"
 #include "TextHelpers.hpp"
 #include "caudalis/db/DatabaseErrors.hpp"
@@ -38,18 +37,19 @@ std::string oneLine(std::string message) {
 void ignoreNotice(void* /*context*/, const char* /*message*/) {}
 
 [[noreturn]] void raiseFromConnection(PGconn* connection) {
-    raiseEngineError(oneLine(PQerrorMessage(connection)));
+    raiseEngineError(oneLine(libpq().PQerrorMessage(connection)));
 }
 
 void requireSuccess(PGconn* connection, const PGresult* result) {
-    const ExecStatusType status = PQresultStatus(result);
+    const ExecStatusType status = libpq().PQresultStatus(result);
     if (status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK) {
         return;
     }
     if (status == PGRES_EMPTY_QUERY) {
         raiseDatabaseError(DatabaseError::InvalidStatement);
     }
-    const char* primary = result == nullptr ? nullptr : PQresultErrorField(result, PG_DIAG_MESSAGE_PRIMARY);
+    const char* primary =
+        result == nullptr ? nullptr : libpq().PQresultErrorField(result, PG_DIAG_MESSAGE_PRIMARY);
     if (primary == nullptr) {
         raiseFromConnection(connection);
     }
@@ -63,8 +63,8 @@ PostgresResultHandle query(PGconn* connection, const std::string& sql,
     for (const std::string& text : texts) {
         values.push_back(text.c_str());
     }
-    PostgresResultHandle result(PQexecParams(connection, sql.c_str(), static_cast<int>(values.size()),
-                                             nullptr, values.data(), nullptr, nullptr, 0));
+    PostgresResultHandle result(libpq().PQexecParams(connection, sql.c_str(), static_cast<int>(values.size()),
+                                                     nullptr, values.data(), nullptr, nullptr, 0));
     requireSuccess(connection, result.get());
     return result;
 }
@@ -124,24 +124,24 @@ std::string returning(const std::string& sql, const std::string& column) {
 }  // namespace
 
 void PostgresBackend::Finisher::operator()(pg_conn* connection) const noexcept {
-    PQfinish(connection);
+    libpq().PQfinish(connection);
 }
 
 PostgresBackend::PostgresBackend(const PostgresConnectionString& target)
-    : connection_(PQconnectdb(target.conninfo().c_str())) {
+    : connection_(libpq().PQconnectdb(target.conninfo().c_str())) {
     if (!connection_) {
         raiseEngineError("out of memory while connecting to PostgreSQL");
     }
-    if (PQstatus(connection_.get()) != CONNECTION_OK) {
+    if (libpq().PQstatus(connection_.get()) != CONNECTION_OK) {
         raiseFromConnection(connection_.get());
     }
-    PQsetNoticeProcessor(connection_.get(), ignoreNotice, nullptr);
+    libpq().PQsetNoticeProcessor(connection_.get(), ignoreNotice, nullptr);
     startSession(target);
 }
 
 PostgresBackend::~PostgresBackend() {
     if (inTransaction()) {
-        PQclear(PQexec(connection_.get(), "ROLLBACK"));
+        libpq().PQclear(libpq().PQexec(connection_.get(), "ROLLBACK"));
     }
 }
 
@@ -175,7 +175,7 @@ void PostgresBackend::beginTransaction() {
 }
 
 void PostgresBackend::commitTransaction() {
-    if (PQtransactionStatus(connection_.get()) == PQTRANS_INERROR) {
+    if (libpq().PQtransactionStatus(connection_.get()) == PQTRANS_INERROR) {
         run("ROLLBACK");
         raiseEngineError("the transaction was rolled back, not committed: a statement in it had failed");
     }
@@ -187,12 +187,12 @@ void PostgresBackend::rollbackTransaction() {
 }
 
 bool PostgresBackend::inTransaction() const noexcept {
-    const PGTransactionStatusType status = PQtransactionStatus(connection_.get());
+    const PGTransactionStatusType status = libpq().PQtransactionStatus(connection_.get());
     return status == PQTRANS_INTRANS || status == PQTRANS_INERROR || status == PQTRANS_ACTIVE;
 }
 
 void PostgresBackend::run(const std::string& sql) {
-    const PostgresResultHandle result(PQexec(connection_.get(), sql.c_str()));
+    const PostgresResultHandle result(libpq().PQexec(connection_.get(), sql.c_str()));
     requireSuccess(connection_.get(), result.get());
 }
 
@@ -203,7 +203,7 @@ std::string PostgresBackend::schemaFor(const std::string& reference) const {
                          "] names no schema of this PostgreSQL database: give the catalogue's PostgreSQL "
                          "connection string or its schema name");
     }
-    const std::string connected = PQdb(connection_.get());
+    const std::string connected = libpq().PQdb(connection_.get());
     if (other->database() && *other->database() != connected) {
         raiseEngineError("[" + reference + "] is in database " + *other->database() +
                          ", but a statement can only join tables of the database it runs on (" + connected +
@@ -223,17 +223,17 @@ std::optional<std::string> PostgresBackend::generatedKeyOf(const std::string& in
     }
     const auto found = query(connection_.get(), generatedKeyQuery, {table});
     std::optional<std::string> column;
-    if (PQntuples(found.get()) > 0) {
-        column = PQgetvalue(found.get(), 0, 0);
+    if (libpq().PQntuples(found.get()) > 0) {
+        column = libpq().PQgetvalue(found.get(), 0, 0);
     }
     keyColumns_.emplace(table, column);
     return column;
 }
 
 void PostgresBackend::rememberLastKey(const pg_result* returned) {
-    const int rows = PQntuples(returned);
-    if (rows > 0 && PQgetisnull(returned, rows - 1, 0) == 0) {
-        lastKey_ = PQgetvalue(returned, rows - 1, 0);
+    const int rows = libpq().PQntuples(returned);
+    if (rows > 0 && libpq().PQgetisnull(returned, rows - 1, 0) == 0) {
+        lastKey_ = libpq().PQgetvalue(returned, rows - 1, 0);
     }
 }
 

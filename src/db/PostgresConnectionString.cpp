@@ -1,11 +1,10 @@
 #include "caudalis/db/PostgresConnectionString.hpp"
 
-#include <libpq-fe.h>
-
 #include <cctype>
 #include <memory>
 #include <vector>
 
+#include "PostgresLibrary.hpp"
 #include "TextHelpers.hpp"
 #include "caudalis/core/NumberText.hpp"
 
@@ -126,8 +125,20 @@ private:
     bool failed_ = false;
 };
 
+/// True when `key` could be one of libpq's keywords, which are all lower-case words: libpq
+/// compares keys exactly, so a text with any other key (such as "Provider" or "Data Source"
+/// of an embedded-engine string) is refused without loading libpq to ask.
+bool mayBeKeyword(std::string_view key) {
+    for (const char c : key) {
+        if (!((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_')) {
+            return false;
+        }
+    }
+    return true;
+}
+
 struct ConninfoOptionsFree {
-    void operator()(PQconninfoOption* options) const noexcept { PQconninfoFree(options); }
+    void operator()(PQconninfoOption* options) const noexcept { libpq().PQconninfoFree(options); }
 };
 
 }  // namespace
@@ -169,6 +180,9 @@ std::optional<PostgresConnectionString> PostgresConnectionString::parsePairs(std
     std::string value;
     bool any = false;
     while (reader.next(key, value)) {
+        if (!mayBeKeyword(key)) {
+            return std::nullopt;
+        }
         any = true;
         if (key == schemaKey) {
             result.schema_ = value;
@@ -185,8 +199,8 @@ std::optional<PostgresConnectionString> PostgresConnectionString::parsePairs(std
 bool PostgresConnectionString::readByLibpq() {
     char* message = nullptr;
     const std::unique_ptr<PQconninfoOption, ConninfoOptionsFree> options(
-        PQconninfoParse(conninfo_.c_str(), &message));
-    PQfreemem(message);
+        libpq().PQconninfoParse(conninfo_.c_str(), &message));
+    libpq().PQfreemem(message);
     if (!options) {
         return false;
     }

@@ -47,18 +47,18 @@ PostgresCursor::PostgresCursor(PostgresResultHandle result) : result_(std::move(
 
 std::vector<std::string> PostgresCursor::columnNames() const {
     std::vector<std::string> names;
-    const int count = result_ ? PQnfields(result_.get()) : 0;
+    const int count = result_ ? libpq().PQnfields(result_.get()) : 0;
     for (int column = 0; column < count; ++column) {
-        names.emplace_back(PQfname(result_.get(), column));
+        names.emplace_back(libpq().PQfname(result_.get(), column));
     }
     return names;
 }
 
 bool PostgresCursor::fetch(std::vector<Variant>& row) {
-    if (!result_ || nextRow_ >= PQntuples(result_.get())) {
+    if (!result_ || nextRow_ >= libpq().PQntuples(result_.get())) {
         return false;
     }
-    const int count = PQnfields(result_.get());
+    const int count = libpq().PQnfields(result_.get());
     row.clear();
     for (int column = 0; column < count; ++column) {
         row.push_back(value(nextRow_, column));
@@ -69,12 +69,12 @@ bool PostgresCursor::fetch(std::vector<Variant>& row) {
 
 Variant PostgresCursor::value(int row, int column) const {
     PGresult* result = result_.get();
-    if (PQgetisnull(result, row, column) != 0) {
+    if (libpq().PQgetisnull(result, row, column) != 0) {
         return Variant::null();
     }
-    const std::string_view text(PQgetvalue(result, row, column),
-                                static_cast<std::size_t>(PQgetlength(result, row, column)));
-    switch (PQftype(result, column)) {
+    const std::string_view text(libpq().PQgetvalue(result, row, column),
+                                static_cast<std::size_t>(libpq().PQgetlength(result, row, column)));
+    switch (libpq().PQftype(result, column)) {
         case booleanType:
             return Variant(text == "t");
         case bigintType:

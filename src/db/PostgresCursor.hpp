@@ -1,8 +1,8 @@
 #pragma once
 
-#include <libpq-fe.h>
-
 #include <memory>
+
+#include "PostgresLibrary.hpp"
 
 #include "caudalis/db/DatabaseCursor.hpp"
 
@@ -10,7 +10,7 @@ namespace caudalis {
 
 /// Owns a libpq result and clears it.
 struct PostgresResultClearer {
-    void operator()(PGresult* result) const noexcept { PQclear(result); }
+    void operator()(PGresult* result) const noexcept { libpq().PQclear(result); }
 };
 using PostgresResultHandle = std::unique_ptr<PGresult, PostgresResultClearer>;
 

@@ -1,6 +1,6 @@
 #include "ActualMarch.hpp"
 
-#include <bit>
+#include <algorithm>
 
 #include "OutletCount.hpp"
 #include "SpanWalk.hpp"
@@ -14,19 +14,32 @@
 
 namespace caudalis {
 
+namespace {
+
+/// How many of the outlets 1, 2, ... `wanted` the array holds, one after the other from 1.
+Long presentOutlets(const BoundedArray<saida>& outlets, Long wanted) {
+    if (!outlets.isAllocated() || outlets.lbound() > 1) {
+        return 0;
+    }
+    return std::min(wanted, outlets.ubound());
+}
+
+}  // namespace
+
 using checked::add;
 using checked::mul;
 using checked::sub;
 
-ActualMarch::ActualMarch(PivotWrapper& wrapper, pivot& machine, const Drop& drop)
+ActualMarch::ActualMarch(PivotWrapper& wrapper, pivot& machine, const Drop& drop, DropLossTable& dropLosses)
     : wrapper_(wrapper),
       machine_(machine),
       dropLoss_(drop),
+      dropLosses_(dropLosses),
       chooser_(wrapper.strategy()),
       pivots_(Pivots::shared()) {}
 
 Double ActualMarch::alongPivot(Double inflow) {
-    outletOfPass_ = 0;
+    dropLosses_.startPass(dropLoss_);
     ParPressaoCaudal cond = pivots_->newParPressaoCaudal(machine_.presion, inflow);
     double total = 0.0;
     const Integer spans = pivots_->FixedSpansCount(machine_);
@@ -55,35 +68,27 @@ void ActualMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double
     SpanWalk walk(aTramo, cond, start);
     const double roughness = machine_.rugosidad;
     const Integer outlets = outletLoopCount(aTramo);
-    for (Long j = 1; j <= outlets; ++j) {
-        saida& outlet = aTramo.Saidas(j);
+    // The subscripts are checked once, before the loop: outlets missing from the array raise
+    // at the first of them, after the march over those before it, as an access to it does.
+    const Long present = presentOutlets(aTramo.Saidas, outlets);
+    saida* const first = present > 0 ? &aTramo.Saidas(1) : nullptr;
+    for (Long j = 1; j <= present; ++j) {
+        saida& outlet = first[j - 1];
         outlet.distanciaAoPivot = walk.nextDistance();
         const double friction = mul(mul(walk.spacing(), pressurePerMetre), walk.unitLoss(roughness));
-        const double dropLoss = nextDropLoss(outlet.caudal);
+        const double dropLoss = dropLosses_.next(outlet.caudal);
         const double pPipe = sub(sub(walk.pressure(), walk.risePressure()), friction);
         const double pReal = doubles_.Max(0.0, sub(pPipe, dropLoss));
         const double pAct = aTramo.temRegulador ? aTramo.regulador.Preg : pReal;
-        evaluateSaida(outlet, pReal, pAct);
-        walk.passOutlet(outlet, pPipe, outlet.caudal_do_aspersor);
+        walk.passOutlet(outlet, pPipe, evaluateSaida(outlet, pReal, pAct));
+    }
+    if (present < outlets) {
+        (void)aTramo.Saidas(present + 1);
     }
     aTramo.exit_condition = walk.exitConditions(walk.endStretchFriction(roughness));
 }
 
-inline double ActualMarch::nextDropLoss(double required) {
-    const auto requiredBits = std::bit_cast<std::uint64_t>(required);
-    const std::size_t outlet = outletOfPass_++;
-    if (outlet < knownDropLosses_.size() && knownDropLosses_[outlet].requiredBits == requiredBits) {
-        return knownDropLosses_[outlet].loss;
-    }
-    const double loss = dropLoss_.at(required);
-    if (outlet >= knownDropLosses_.size()) {
-        knownDropLosses_.resize(outlet + 1);
-    }
-    knownDropLosses_[outlet] = {requiredBits, loss};
-    return loss;
-}
-
-inline void ActualMarch::evaluateSaida(saida& outlet, Double pReal, Double pAct) {
+inline double ActualMarch::evaluateSaida(saida& outlet, Double pReal, Double pAct) {
     outlet.pressao_real = pReal;
     outlet.pressao_actuante = pAct;
     if (!chooser_) {
@@ -94,11 +99,13 @@ inline void ActualMarch::evaluateSaida(saida& outlet, Double pReal, Double pAct)
         outlet.obj_aspersor = nullptr;
         outlet.caudal_do_aspersor = 0.0;
         outlet.over_pressure = false;
-        return;
+        return 0.0;
     }
-    outlet.caudal_do_aspersor = chosen->calculate(pAct);
+    const double flow = chosen->calculate(pAct);
+    outlet.caudal_do_aspersor = flow;
     outlet.over_pressure = chosen->isHighPressure(pAct);
     outlet.obj_aspersor = std::move(chosen);
+    return flow;
 }
 
 void ActualMarch::computeEndGun(Gun& gun, const ParPressaoCaudal& cond) {

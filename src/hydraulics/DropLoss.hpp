@@ -24,6 +24,9 @@ public:
         return checked::mul(friction_.unitLoss(discharge, roughness_), length_);
     }
 
+    /// True when both give the same loss for every flow: the same numbers (none NaN).
+    bool operator==(const DropLoss&) const = default;
+
 private:
     bool isNull_;
     PipeFriction friction_;

@@ -13,10 +13,11 @@ using checked::div;
 using checked::mul;
 using checked::sub;
 
-IdealMarch::IdealMarch(pivot& machine, const Drop& drop)
-    : machine_(machine), dropLoss_(drop), pivots_(Pivots::shared()) {}
+IdealMarch::IdealMarch(pivot& machine, const Drop& drop, DropLossTable& dropLosses)
+    : machine_(machine), dropLoss_(drop), dropLosses_(dropLosses), pivots_(Pivots::shared()) {}
 
 void IdealMarch::alongPivot() {
+    dropLosses_.startPass(dropLoss_);
     ParPressaoCaudal cond = pivots_->newParPressaoCaudal(machine_.presion, machine_.caudal);
     const Integer spans = pivots_->FixedSpansCount(machine_);
     for (Long i = 1; i <= spans; ++i) {
@@ -55,7 +56,7 @@ void IdealMarch::alongTramo(tramo& aTramo, const ParPressaoCaudal& cond, Double 
         const double friction = mul(mul(walk.unitLoss(roughness), s), pressurePerMetre);
         const double ringDivisor = irrigatedSquared();
         outlet.caudal = div(mul(mul(mul(2.0, outlet.distanciaAoPivot), s), machine_.caudal), ringDivisor);
-        const double dropLoss = dropLoss_.at(outlet.caudal);
+        const double dropLoss = dropLosses_.next(outlet.caudal);
         loss = add(loss, friction);
         const double pPipe = sub(sub(walk.pressure(), walk.risePressure()), friction);
         outlet.pressao_ideal = sub(pPipe, dropLoss);

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "DropLoss.hpp"
+#include "DropLossTable.hpp"
 #include "caudalis/core/Records.hpp"
 
 namespace caudalis {
@@ -14,7 +15,8 @@ class Pivots;
 /// proportion to the ring it waters) and the pressures that flow would give.
 class IdealMarch {
 public:
-    IdealMarch(pivot& machine, const Drop& drop);
+    /// A march with `drop`, whose drop-hose losses it takes from and adds to `dropLosses`.
+    IdealMarch(pivot& machine, const Drop& drop, DropLossTable& dropLosses);
 
     /// One pass from the pivot outwards over spans, overhang and end gun.
     void alongPivot();
@@ -29,6 +31,7 @@ private:
 
     pivot& machine_;
     DropLoss dropLoss_;
+    DropLossTable& dropLosses_;
     std::shared_ptr<Pivots> pivots_;
     std::optional<double> irrigatedSquared_;
 };

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "ActualMarch.hpp"
+#include "DropLossTable.hpp"
 #include "IdealMarch.hpp"
 #include "OutletCount.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
@@ -26,6 +27,7 @@ constexpr double settledDischargeChange = 1e-5;
 void PivotWrapper::initWrapper(const pivot& apivot, const std::shared_ptr<CalculosStrategy>& strategy) {
     pivot_ = apivot;
     strategy_ = strategy;
+    dropLosses_.table.reset();
     idealMarchAlongPivot(Drops::shared()->createNull());
 }
 
@@ -216,7 +218,7 @@ void PivotWrapper::calculate() {
 }
 
 void PivotWrapper::compute(CalculosStrategy& /*strategy*/, const Drop& aDrop) {
-    ActualMarch march(*this, pivot_, aDrop);
+    ActualMarch march(*this, pivot_, aDrop, dropLosses());
     double inflow = pivot_.caudal;
     for (;;) {
         const double outflow = march.alongPivot(inflow);
@@ -260,7 +262,7 @@ void PivotWrapper::computeIdealOperationMode() {
 
 void PivotWrapper::calculaEndGunIdeal(Gun& aGun, const ParPressaoCaudal& initial_conditions) {
     const Drop none = Drops::shared()->createNull();
-    IdealMarch(pivot_, none).endGun(aGun, initial_conditions);
+    IdealMarch(pivot_, none, dropLosses()).endGun(aGun, initial_conditions);
 }
 
 void PivotWrapper::update(pivot& toUpdate) const {
@@ -274,7 +276,14 @@ Drop PivotWrapper::effectiveDrop() {
 }
 
 void PivotWrapper::idealMarchAlongPivot(const Drop& drop) {
-    IdealMarch(pivot_, drop).alongPivot();
+    IdealMarch(pivot_, drop, dropLosses()).alongPivot();
+}
+
+DropLossTable& PivotWrapper::dropLosses() {
+    if (!dropLosses_.table) {
+        dropLosses_.table = std::make_shared<DropLossTable>();
+    }
+    return *dropLosses_.table;
 }
 
 void PivotWrapper::clearReguladores() {

@@ -24,6 +24,8 @@ public:
         return checked::mul(diameterPower(), factor);
     }
 
+    bool operator==(const PipeFriction&) const = default;
+
     /// 10^10 x 1.21, as the formula computes it (10^10 is exact as a power).
     static constexpr double scale = 1e10 * 1.21;
 

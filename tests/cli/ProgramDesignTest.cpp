@@ -55,6 +55,16 @@ TEST_F(ProgramDesignTest, ExamplesMeetTheirDesignFlow) {
     }
 }
 
+TEST_F(ProgramDesignTest, DesignOnFileDatabasesLoadsNoPostgresClientLibrary) {
+    // The dynamic loader lists every library it loads (LD_DEBUG=libs); libpq and the security
+    // libraries behind it are loaded only for a PostgreSQL connection string.
+    const auto result = run("design " + example("designs/small.json"), "LD_DEBUG=libs");
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_NE(result.err.find("libsqlite3.so"), std::string::npos) << result.err;
+    EXPECT_EQ(result.err.find("libpq.so"), std::string::npos) << result.err;
+    EXPECT_EQ(result.err.find("libkrb5"), std::string::npos) << result.err;
+}
+
 TEST_F(ProgramDesignTest, NozzlesComeFromTheCatalogueDatabase) {
     const auto document = designJson("hilly");
     for (const auto& outlet : document["outlets"]) {

@@ -53,6 +53,16 @@ TEST(PostgresConnectionString, WhatLibpqDoesNotReadIsNotAServer) {
     }
 }
 
+TEST(PostgresConnectionString, KeysThatNoKeywordCanBeAreRefusedLikeUnknownKeywords) {
+    // Upper-case letters and signs outside a word are refused before libpq is asked; an unknown
+    // lower-case keyword is refused by libpq itself.
+    for (const char* text : {"Host=db", "host=db Port=5432", "host=db sslmode-x=1", "dbname=x Data=y",
+                             "host=db nosuchkeyword=1"}) {
+        EXPECT_FALSE(PostgresConnectionString::parse(text)) << text;
+    }
+    EXPECT_TRUE(PostgresConnectionString::parse("host=db connect_timeout=2 sslmode=disable"));
+}
+
 TEST(PostgresConnectionString, AServerStringChoosesThePostgresqlEngine) {
     Connection connection("postgresql://nobody@127.0.0.1:1/nothing?connect_timeout=2");
     const auto number = caudalis::testing::raisedNumber([&] { connection.Open(); });

@@ -19,7 +19,9 @@ PipeMaterial rubber() {
     return material;
 }
 
-Drop hose() { return Drops::shared()->newDrop(25.4, 2.5, rubber()); }
+Drop hose() {
+    return Drops::shared()->newDrop(25.4, 2.5, rubber());
+}
 
 }  // namespace
 
@@ -59,7 +61,9 @@ TEST(Drops, PressureLossOfTheNullDropIsZero) {
     EXPECT_EQ(Drops::shared()->PressureLoss(none, -3.0), 0.0);
 }
 
-TEST(Drops, PressureLossWithZeroDischargeIsZero) { EXPECT_EQ(Drops::shared()->PressureLoss(hose(), 0.0), 0.0); }
+TEST(Drops, PressureLossWithZeroDischargeIsZero) {
+    EXPECT_EQ(Drops::shared()->PressureLoss(hose(), 0.0), 0.0);
+}
 
 TEST(Drops, PressureLossIsHazenWilliamsOverTheLengthWithoutFactorTen) {
     const double q = 0.4;
@@ -130,4 +134,6 @@ TEST(PipeMaterials, NullPipeMaterialAndEquals) {
     EXPECT_FALSE(materials->Equals(rubber(), Variant::record(marca{3, "x"})));
 }
 
-TEST(PipeMaterials, SharedInstance) { EXPECT_EQ(PipeMaterials::shared(), PipeMaterials::shared()); }
+TEST(PipeMaterials, SharedInstance) {
+    EXPECT_EQ(PipeMaterials::shared(), PipeMaterials::shared());
+}

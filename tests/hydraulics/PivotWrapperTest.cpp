@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <vector>
 
 #include "ErrorMatchers.hpp"
 #include "MachineFixtures.hpp"
@@ -9,6 +12,7 @@
 #include "caudalis/core/Factories.hpp"
 #include "caudalis/core/Statics.hpp"
 #include "caudalis/hydraulics/Drops.hpp"
+#include "caudalis/hydraulics/PivotApplier.hpp"
 #include "caudalis/hydraulics/PivotWrapper.hpp"
 #include "caudalis/hydraulics/ReguladorPression.hpp"
 #include "caudalis/machine/CoordenadasSaidas.hpp"
@@ -464,4 +468,100 @@ TEST(PivotWrapper, ASpanOfTheMostOutletsAnIntegerCountsIsMarchedToItsLastOutlet)
     wrapper->setTimeForCompleteRevolution(20);
     EXPECT_EQ(wrapper->WaterDepthsSamples(true).count(), 32767);
     EXPECT_EQ(wrapper->extractCarta()->mountedAspersores()->Count(), 0);
+}
+
+namespace {
+
+/// Gives span 1 an outlet count or outlet bounds that its outlets do not fill.
+class OutletsShortOfTheCount : public PivotApplier {
+public:
+    explicit OutletsShortOfTheCount(bool startAfterOne) : startAfterOne_(startAfterOne) {}
+    void apply(pivot& machine) override {
+        tramo& span = machine.Tramos(1);
+        const Long count = span.Saidas.count();
+        if (startAfterOne_) {
+            span.Saidas.redimPreserve(2, count + 1);
+        } else {
+            span.p_outlet_count = static_cast<Double>(count + 1);
+        }
+    }
+
+private:
+    bool startAfterOne_;
+};
+
+}  // namespace
+
+TEST(ActualMarch, OutletsMissingFromTheArrayRaiseAfterTheOutletsBeforeThem) {
+    auto strategy = std::make_shared<RecordingStrategy>();
+    strategy->fixedNozzle = makeNozzle("n", 0.02, 0.5);
+    auto wrapper = wrap(twoSpanMachine(), strategy);
+    const Long outlets = contentsOf(*wrapper).Tramos(1).Saidas.count();
+    ASSERT_GT(outlets, 0);
+    OutletsShortOfTheCount countTooHigh(false);
+    wrapper->apply(countTooHigh);
+    strategy->calls.clear();
+    EXPECT_RAISES(wrapper->compute(*strategy, wrapper->getDrop()), RuntimeError::SubscriptOutOfRange);
+    // Every outlet the array holds was marched, and its results kept, before the missing one.
+    ASSERT_EQ(static_cast<Long>(strategy->calls.size()), outlets);
+    const pivot marched = contentsOf(*wrapper);
+    EXPECT_GT(marched.Tramos(1).Saidas(outlets).caudal_do_aspersor, 0);
+    EXPECT_EQ(marched.Tramos(1).Saidas(outlets).pressao_real, strategy->calls.back().outlet.pressao_real);
+}
+
+TEST(ActualMarch, OutletsNumberedFromAfterOneRaiseBeforeAnyOutlet) {
+    auto strategy = std::make_shared<RecordingStrategy>();
+    strategy->fixedNozzle = makeNozzle("n", 0.02, 0.5);
+    auto wrapper = wrap(twoSpanMachine(), strategy);
+    OutletsShortOfTheCount numberedFromTwo(true);
+    wrapper->apply(numberedFromTwo);
+    strategy->calls.clear();
+    EXPECT_RAISES(wrapper->compute(*strategy, wrapper->getDrop()), RuntimeError::SubscriptOutOfRange);
+    EXPECT_TRUE(strategy->calls.empty());
+}
+
+namespace {
+
+/// Every outlet's ideal and actual pressures and flows, as bits.
+std::vector<std::uint64_t> outletBits(const PivotWrapper& wrapper) {
+    std::vector<std::uint64_t> values;
+    const pivot machine = contentsOf(wrapper);
+    for (const tramo& span : machine.Tramos) {
+        for (const saida& outlet : span.Saidas) {
+            for (const double value : {outlet.caudal, outlet.pressao_ideal, outlet.pressao_real,
+                                       outlet.pressao_actuante, outlet.caudal_do_aspersor}) {
+                values.push_back(std::bit_cast<std::uint64_t>(value));
+            }
+        }
+    }
+    return values;
+}
+
+std::shared_ptr<PivotWrapper> calculatedWithDrop(const std::shared_ptr<PivotWrapper>& wrapper,
+                                                 double diameter) {
+    wrapper->setDrop(Drops::shared()->newDrop(diameter, 3, PipeMaterial{1, "hose", 140}));
+    wrapper->installDrop();
+    wrapper->calculate();
+    return wrapper;
+}
+
+std::shared_ptr<PivotWrapper> freshWrapper() {
+    auto strategy = std::make_shared<RecordingStrategy>();
+    strategy->fixedNozzle = makeNozzle("n", 0.02, 0.5);
+    return wrap(withOverhangAndGun(twoSpanMachine()), strategy);
+}
+
+}  // namespace
+
+TEST(PivotWrapper, DropLossesKeptFromEarlierCalculationsChangeNoResult) {
+    const auto fresh = outletBits(*calculatedWithDrop(freshWrapper(), 16));
+    auto again = calculatedWithDrop(freshWrapper(), 20);
+    EXPECT_NE(outletBits(*again), fresh);
+    EXPECT_EQ(outletBits(*calculatedWithDrop(again, 16)), fresh);
+    EXPECT_EQ(outletBits(*calculatedWithDrop(again, 16)), fresh);
+    // A copy of a wrapper calculates on its own, as the wrapper does.
+    auto copy = std::make_shared<PivotWrapper>(*again);
+    EXPECT_EQ(outletBits(*calculatedWithDrop(copy, 16)), fresh);
+    EXPECT_EQ(outletBits(*calculatedWithDrop(again, 20)),
+              outletBits(*calculatedWithDrop(freshWrapper(), 20)));
 }

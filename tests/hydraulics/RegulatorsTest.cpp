@@ -13,8 +13,8 @@ using namespace caudalis::testing;
 namespace {
 
 pivot threeSpans() {
-    pivot machine = makePivot({makeSpan(1, 50, 168, 250), makeSpan(1, 50, 168, 250), makeSpan(1, 50, 168, 250)},
-                              {0, 0, 0});
+    pivot machine = makePivot(
+        {makeSpan(1, 50, 168, 250), makeSpan(1, 50, 168, 250), makeSpan(1, 50, 168, 250)}, {0, 0, 0});
     machine.presion = 300;
     machine.caudal = 40;
     machine.rugosidad = 140;
@@ -74,7 +74,8 @@ TEST(ReguladorPression, LastSpanNumberWithOverhangTargetsTheOverhang) {
 
 TEST(ReguladorPression, SpanOutsideTheMachineRaisesNine) {
     pivot machine = threeSpans();
-    EXPECT_RAISES(makeReguladorPression(5, 120, 0, 0, true)->apply(machine), RuntimeError::SubscriptOutOfRange);
+    EXPECT_RAISES(makeReguladorPression(5, 120, 0, 0, true)->apply(machine),
+                  RuntimeError::SubscriptOutOfRange);
 }
 
 TEST(ReguladorPression, UninstalledRegulatorSetsNothing) {
@@ -100,8 +101,8 @@ TEST(PivotWrapperRegulators, UninstalledRegulatorClearsTheSpanFlag) {
 TEST(PivotWrapperRegulators, EmptyCollectionRemovesAllRegulationAndIsStoredInTheChart) {
     auto strategy = std::make_shared<RecordingStrategy>();
     auto wrapper = Statics::application()->newPivotWrapper(threeSpans(), strategy);
-    wrapper->aplicaReguladores(collectionOf({makeReguladorPression(1, 120, 0, 0, true),
-                                             makeReguladorPression(3, 100, 0, 0, true)}));
+    wrapper->aplicaReguladores(
+        collectionOf({makeReguladorPression(1, 120, 0, 0, true), makeReguladorPression(3, 100, 0, 0, true)}));
     const auto none = Collection::create();
     wrapper->aplicaReguladores(none);
     pivot copy;
@@ -116,16 +117,17 @@ TEST(PivotWrapperRegulators, EmptyCollectionRemovesAllRegulationAndIsStoredInThe
 TEST(PivotWrapperRegulators, LastInstalledOfSeveralForOneSpanWins) {
     auto strategy = std::make_shared<RecordingStrategy>();
     auto wrapper = Statics::application()->newPivotWrapper(threeSpans(), strategy);
-    wrapper->aplicaReguladores(collectionOf({makeReguladorPression(2, 120, 0, 0, true),
-                                             makeReguladorPression(2, 150, 0, 0, true),
-                                             makeReguladorPression(2, 80, 0, 0, false)}));
+    wrapper->aplicaReguladores(
+        collectionOf({makeReguladorPression(2, 120, 0, 0, true), makeReguladorPression(2, 150, 0, 0, true),
+                      makeReguladorPression(2, 80, 0, 0, false)}));
     pivot copy;
     wrapper->update(copy);
     EXPECT_EQ(copy.Tramos(2).regulador.Preg, 150);
 }
 
 TEST(PivotWrapperRegulators, GetReguladoresIsEmptyBeforeAnyCall) {
-    auto wrapper = Statics::application()->newPivotWrapper(threeSpans(), std::make_shared<RecordingStrategy>());
+    auto wrapper =
+        Statics::application()->newPivotWrapper(threeSpans(), std::make_shared<RecordingStrategy>());
     EXPECT_EQ(wrapper->getReguladores(), nullptr);
 }
 

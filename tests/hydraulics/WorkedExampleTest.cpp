@@ -82,7 +82,9 @@ struct ExpectedPass {
     double total = 0;
 };
 
-double arcSine(double x) { return std::atan(x / std::sqrt(1 - x * x)); }
+double arcSine(double x) {
+    return std::atan(x / std::sqrt(1 - x * x));
+}
 
 /// The spans as laid on the ground: the overhang continues the last fixed span's slope.
 std::vector<SpanData> laidSpans() {
@@ -122,7 +124,8 @@ ExpectedPass simulatePass(const std::vector<Nozzle>& nozzles, double inflow) {
             q = q - flow;
         }
         const double endP = (span.endCota - prevCota) * 10.0;
-        const double friction = hazenWilliams(std::max(0.0, q), span.diameter, roughness) * (span.length - walked) * 10.0;
+        const double friction =
+            hazenWilliams(std::max(0.0, q), span.diameter, roughness) * (span.length - walked) * 10.0;
         p = p - endP - friction;
         pass.total += entry - q;
         start += span.length;
@@ -150,13 +153,15 @@ protected:
         }
         std::vector<tramo> fixed;
         for (std::size_t i = 0; i < 2; ++i) {
-            fixed.push_back(makeSpan(static_cast<Long>(i + 1), spans[i].length, spans[i].diameter, spans[i].spacingCm));
+            fixed.push_back(
+                makeSpan(static_cast<Long>(i + 1), spans[i].length, spans[i].diameter, spans[i].spacingCm));
         }
         pivot machine = makePivot(fixed, {spans[0].endCota, spans[1].endCota}, spans[0].startCota);
         machine.presion = inletPressure;
         machine.caudal = designFlow;
         machine.rugosidad = roughness;
-        Pivots::shared()->setOverhangSpan(machine, makeSpan(3, spans[2].length, spans[2].diameter, spans[2].spacingCm));
+        Pivots::shared()->setOverhangSpan(
+            machine, makeSpan(3, spans[2].length, spans[2].diameter, spans[2].spacingCm));
         Pivots::shared()->setEndGun(machine, Types::gunInstance()->newGun(gunRing));
         strategy = std::make_shared<RecordingStrategy>();
         strategy->tolerance = tolerance;

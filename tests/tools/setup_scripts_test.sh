@@ -117,6 +117,13 @@ if apt_update_failures_spare_packages "$scratch/clean.log" cmake; then
   fail "an update without failures was taken for one with spared failures"
 fi
 
+# A library's installed siblings are the packages built beside it at its version: SQLite's
+# library has its -dev package and its shell beside it (both installed for the tests).
+siblings=$(apt_installed_siblings libsqlite3-0)
+expect_text "$siblings" "libsqlite3-dev" "siblings of libsqlite3-0"
+if grep -qx "libsqlite3-0" <<<"$siblings"; then fail "libsqlite3-0 was listed among its own siblings"; fi
+if [ -n "$(apt_installed_siblings no-such-package-here)" ]; then fail "a package not installed has siblings"; fi
+
 if [ "$failures" -gt 0 ]; then
   echo "$failures failures" >&2
   exit 1

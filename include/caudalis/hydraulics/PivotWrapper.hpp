@@ -11,6 +11,7 @@ namespace caudalis {
 
 class CalculosStrategy;
 class CartaAspersores;
+class DropLossTable;
 class PivotApplier;
 
 /// Owns a copy of a pivot and computes it: the ideal operation mode (required flow and ideal
@@ -73,6 +74,8 @@ public:
 private:
     Drop effectiveDrop();
     void idealMarchAlongPivot(const Drop& drop);
+    /// The drop-hose losses the marches of this wrapper have worked out.
+    DropLossTable& dropLosses();
     void clearReguladores();
     saida* outletAt(const CoordenadasSaida& coordenadas);
     CalculosStrategy& storedStrategy() const;
@@ -83,7 +86,21 @@ private:
 
     pivot pivot_;
     std::shared_ptr<CalculosStrategy> strategy_;
+    /// The drop-hose losses of this wrapper's marches; a copy of the wrapper starts without
+    /// them, so that copies never share what they change.
+    struct OwnDropLosses {
+        OwnDropLosses() = default;
+        OwnDropLosses(const OwnDropLosses& /*other*/) {}
+        OwnDropLosses& operator=(const OwnDropLosses& /*other*/) {
+            table.reset();
+            return *this;
+        }
+        ~OwnDropLosses() = default;
+        std::shared_ptr<DropLossTable> table;
+    };
+
     CollectionRef reguladores_;
+    OwnDropLosses dropLosses_;
 };
 
 }  // namespace caudalis

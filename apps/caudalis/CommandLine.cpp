@@ -7,16 +7,19 @@
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
-#include "CatalogueDatabaseNozzleSource.hpp"
 #include "CliErrors.hpp"
 #include "CommandOptions.hpp"
-#include "DatabaseChartStore.hpp"
-#include "PlainText.hpp"
 #include "caudalis/core/Error.hpp"
 #include "caudalis/design/DesignError.hpp"
 #include "caudalis/design/Limits.hpp"
+#include "caudalis/project/CatalogueDatabaseNozzleSource.hpp"
+#include "caudalis/project/DatabaseChartStore.hpp"
+#include "caudalis/project/PlainText.hpp"
 
 namespace caudalis::cli {
+
+using namespace caudalis::project;
+using namespace caudalis::fieldtests;
 
 namespace {
 
@@ -248,7 +251,7 @@ int CommandLine::run(int argc, const char* const* argv) {
         return ExitCode::Ok;
     } catch (const CliError& error) {
         note(error.what());
-        return error.exitCode();
+        return error.code();
     } catch (const design::DesignError& error) {
         note(error.what());
         return error.kind() == design::DesignError::Kind::NotSettled ? ExitCode::NotSettled

@@ -6,9 +6,10 @@
 #include <ostream>
 #include <string>
 
-#include "ChartStore.hpp"
-#include "EvaluationDesign.hpp"
 #include "caudalis/design/NozzleSource.hpp"
+#include "caudalis/fieldtests/FieldTestService.hpp"
+#include "caudalis/project/ChartService.hpp"
+#include "caudalis/project/ChartStore.hpp"
 
 namespace CLI {
 class App;
@@ -22,8 +23,8 @@ struct Services {
     /// The nozzles of the catalogue database at the path.
     std::function<std::unique_ptr<design::NozzleSource>(const std::string& cataloguePath)> nozzleSource;
     /// The charts of the project database, with models from the catalogue database.
-    std::function<std::unique_ptr<ChartStore>(const std::string& projectPath,
-                                              const std::string& cataloguePath)>
+    std::function<std::unique_ptr<project::ChartStore>(const std::string& projectPath,
+                                                       const std::string& cataloguePath)>
         chartStore;
     /// Whether long imports draw a progress bar on the error stream (a terminal).
     bool progressOnErrorStream = false;
@@ -55,9 +56,13 @@ private:
     void runInit();
     void runDesign();
     void runEvaluate(const CLI::App& evaluate);
-    void evaluateReadings();
+    void evaluateReadings(const fieldtests::FieldTestService& fieldTests);
     /// The design the readings are laid over: --design FILE or --chart ID, or none.
-    std::optional<DesignReference> designReference();
+    std::optional<fieldtests::DesignReference> designReference(
+        const fieldtests::FieldTestService& fieldTests);
+    /// The services on the databases the options name.
+    project::ChartService chartService() const;
+    fieldtests::FieldTestService fieldTestService() const;
     void runCatalogue(const CLI::App& catalogue);
     void listNozzles();
     void importCatalogue();

@@ -8,18 +8,9 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-#include "CatalogueDatabase.hpp"
-#include "CatalogueImport.hpp"
-#include "ChartReport.hpp"
 #include "CliErrors.hpp"
 #include "CommandOptions.hpp"
-#include "DataFolder.hpp"
-#include "EvaluationDesign.hpp"
-#include "EvaluationReport.hpp"
-#include "EvaluationStore.hpp"
 #include "OutputFile.hpp"
-#include "ProjectSetup.hpp"
-#include "ReadingsFile.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/charts/CartaAspersores.hpp"
 #include "caudalis/design/DesignError.hpp"
@@ -27,8 +18,13 @@
 #include "caudalis/design/DesignRunner.hpp"
 #include "caudalis/design/ResultLabels.hpp"
 #include "caudalis/design/TextFile.hpp"
-#include "caudalis/fieldtests/FieldEvaluator.hpp"
-#include "caudalis/fieldtests/ReadingsError.hpp"
+#include "caudalis/fieldtests/EvaluationReport.hpp"
+#include "caudalis/fieldtests/FieldTestService.hpp"
+#include "caudalis/project/CatalogueService.hpp"
+#include "caudalis/project/ChartReport.hpp"
+#include "caudalis/project/ChartService.hpp"
+#include "caudalis/project/DataFolder.hpp"
+#include "caudalis/project/ProjectSetup.hpp"
 #include "caudalis/report/CsvReport.hpp"
 #include "caudalis/report/DesignPrintout.hpp"
 #include "caudalis/report/HtmlReport.hpp"
@@ -36,6 +32,9 @@
 #include "caudalis/report/TextReport.hpp"
 
 namespace caudalis::cli {
+
+using namespace caudalis::project;
+using namespace caudalis::fieldtests;
 
 namespace {
 
@@ -105,17 +104,6 @@ void printNozzle(std::ostream& out, const Aspersor& nozzle, const design::Units&
                units.symbol(Quantity::Flow));
 }
 
-/// A catalogue row written in `units`, in SI.
-CatalogueRow inSI(CatalogueRow row, const design::Units& units) {
-    using design::Quantity;
-    row.a = units.flowCoefficientToSI(row.a, row.b);
-    row.pmin = units.toSI(Quantity::Pressure, row.pmin);
-    row.pmax = units.toSI(Quantity::Pressure, row.pmax);
-    row.qmin = units.toSI(Quantity::Flow, row.qmin);
-    row.qmax = units.toSI(Quantity::Flow, row.qmax);
-    return row;
-}
-
 void writeCsv(const std::string& path, const design::DesignResult& result, const design::Units& units) {
     OutputFile file(path, "CSV");
     design::CsvReport::write(file.stream(), result, units);
@@ -128,11 +116,11 @@ void writeReport(const std::string& path, const design::ReportDocument& document
     file.close();
 }
 
-/// Runs the design, naming the option that bounds the passes when it does not settle.
-design::DesignResult computeDesign(const design::DesignDescription& description,
-                                   design::NozzleSource& nozzles, const design::DesignOptions& options) {
+/// Runs `run`, naming the option that bounds the passes when the design does not settle.
+template <class Run>
+auto settled(Run run) {
     try {
-        return design::DesignRunner(options).run(description, nozzles);
+        return run();
     } catch (const design::DesignError& error) {
         if (error.kind() == design::DesignError::Kind::NotSettled) {
             throw NotSettledError(std::string(error.what()) + " (--max-passes)");
@@ -141,35 +129,38 @@ design::DesignResult computeDesign(const design::DesignDescription& description,
     }
 }
 
-/// The readings file's name, and the test's when one test of a sheet of several is evaluated.
-std::string defaultEvaluationName(const std::vector<std::string>& paths,
-                                  const std::optional<std::string>& test) {
-    const auto stem = std::filesystem::path(paths.front()).stem().string();
-    return test ? stem + " " + *test : stem;
+void printSetup(std::ostream& out, const SetupResult& setup) {
+    for (const auto& database : setup.databases) {
+        fmt::print(out, "{} database: {} ({}, {} {})\n", database.kind, database.path, database.state,
+                   database.count, database.counted);
+    }
 }
 
 }  // namespace
 
 void CommandLine::runInit() {
     const auto& o = *options_;
-    ProjectSetup({o.folder, o.initProject, o.initCatalogue}, DataFolder::locate(o.dataFolder)).run(out_);
+    printSetup(
+        out_,
+        ProjectSetup({o.folder, o.initProject, o.initCatalogue}, DataFolder::locate(o.dataFolder)).run());
 }
 
 void CommandLine::runDesign() {
     const auto& o = *options_;
     const auto designText = design::readTextFile(o.designPath, "design file");
     const auto description = design::DesignFile::parse(designText, o.designPath);
-    std::unique_ptr<ChartStore> store;
+    auto charts = chartService();
     Long system = 0;
     if (o.chartName) {
         system = systemFor(o.system, description);
-        store = services_.chartStore(o.projectPath, o.cataloguePath);
-        store->requireNameIsFree(*o.chartName, system);
+        charts.requireNameIsFree(*o.chartName, system);
     }
     const auto source = services_.nozzleSource(o.cataloguePath);
     const design::Units units(o.units ? *design::Units::parse(*o.units) : description.units);
-    const auto result =
-        computeDesign(description, *source, design::DesignOptions{o.maxPasses, units.system()});
+    const auto result = settled([&] {
+        return design::DesignRunner(design::DesignOptions{o.maxPasses, units.system()})
+            .run(description, *source);
+    });
     if (o.json) {
         design::JsonReport::write(out_, result, units);
     } else {
@@ -191,105 +182,75 @@ void CommandLine::runDesign() {
                        std::string(result.has(design::Severity::Error)
                                        ? "the design has errors"
                                        : "the design has warnings and --strict was given") +
-                           (store ? "; the chart was not stored" : ""));
+                           (o.chartName ? "; the chart was not stored" : ""));
     }
-    if (store) {
-        auto figures = design::ChartFigures::of(result);
-        figures.design = designText;
-        const auto id = store->saveAsNew(result.chart, *o.chartName, system, figures);
+    if (o.chartName) {
+        const auto id = charts.store(result, designText, *o.chartName, system);
         note(fmt::format("chart \"{}\" stored in system {} with id {}", *o.chartName, system, id));
     }
 }
 
 void CommandLine::runEvaluate(const CLI::App& command) {
     const auto& o = *options_;
+    const auto fieldTests = fieldTestService();
     if (command.got_subcommand("list")) {
-        EvaluationReport::writeList(out_, EvaluationStore(o.projectPath).list());
+        EvaluationReport::writeList(out_, fieldTests.list());
     } else if (command.got_subcommand("show")) {
-        const auto stored = EvaluationStore(o.projectPath).find(static_cast<Long>(o.evaluationId));
+        const auto stored = fieldTests.show(static_cast<Long>(o.evaluationId));
         if (o.json) {
-            out_ << EvaluationReport::storedJson(stored).dump(2) << '\n';
+            EvaluationReport::writeStoredJson(out_, stored);
         } else {
             EvaluationReport::writeStored(out_, stored);
         }
     } else {
-        evaluateReadings();
+        evaluateReadings(fieldTests);
     }
 }
 
-void CommandLine::evaluateReadings() {
+void CommandLine::evaluateReadings(const FieldTestService& fieldTests) {
     const auto& o = *options_;
     if (o.readingsPaths.empty()) {
         throw UsageError("evaluate needs a readings file, or list or show ID");
     }
-    const auto name = o.evaluationName.value_or(defaultEvaluationName(o.readingsPaths, o.readingsTest));
-    const EvaluationStore store(o.projectPath);
-    if (o.saveEvaluation) {
-        store.requireNameIsFree(name);
-    }
-    auto readings = ReadingsFile::load(o.readingsPaths, o.gaugeDiameterM, o.readingsTest);
-    const auto units = o.units ? unitsOption(o.units) : design::Units(readings.units);
-    EvaluationOutcome outcome{name, std::move(readings), {}, {}, {}, units};
-    design::FieldEvaluationSettings settings;
-    settings.innerRadiusM = o.innerRadiusM;
-    settings.lastSpanEndM = o.lastSpanEndM;
-    settings.outlierPercent = o.outlierPercent;
-    outcome.design = designReference();
-    if (outcome.design) {
-        settings.expectedDepthMm = outcome.design->expectedDepthMm;
-        if (!settings.lastSpanEndM) {
-            settings.lastSpanEndM = outcome.design->lastSpanEndM;
-        }
-    }
-    try {
-        outcome.result = design::FieldEvaluator::evaluate(outcome.readings, settings);
-    } catch (const design::ReadingsError& error) {
-        throw InputError(std::string("readings file ") + error.what());
-    }
-    if (outcome.design) {
-        outcome.comparison = design::MeasuredDesignedComparison::compare(
-            outcome.result.counted, outcome.design->machine, outcome.design->wettedDiameterM);
-    }
+    const EvaluationRequest request{
+        o.readingsPaths,  o.gaugeDiameterM,
+        o.readingsTest,   o.evaluationName,
+        o.innerRadiusM,   o.lastSpanEndM,
+        o.outlierPercent, o.units ? std::optional(unitsOption(o.units)) : std::nullopt};
+    const auto found = fieldTests.evaluate(
+        request, [&] { return designReference(fieldTests); }, o.saveEvaluation);
+    const auto& outcome = found.outcome;
     if (o.json) {
-        out_ << EvaluationReport::toJson(outcome).dump(2) << '\n';
+        EvaluationReport::writeJson(out_, outcome);
     } else {
         EvaluationReport::write(out_, outcome);
     }
     if (!o.reportPath.empty()) {
         writeReport(o.reportPath, EvaluationReport::document(outcome));
     }
-    const auto invalid =
-        std::count_if(outcome.result.excluded.begin(), outcome.result.excluded.end(),
-                      [](const auto& e) { return e.reason == design::ExclusionReason::Invalid; });
-    if (invalid > 0) {
-        note(fmt::format("warning: {} invalid readings left out", invalid));
+    if (found.invalidReadings > 0) {
+        note(fmt::format("warning: {} invalid readings left out", found.invalidReadings));
     }
     if (o.saveEvaluation) {
-        const auto id = store.save(outcome.readings, outcome.result, name);
-        note(fmt::format("evaluation \"{}\" stored with id {}", name, id));
+        const auto id = fieldTests.save(found);
+        note(fmt::format("evaluation \"{}\" stored with id {}", outcome.name, id));
     }
 }
 
-std::optional<DesignReference> CommandLine::designReference() {
+std::optional<DesignReference> CommandLine::designReference(const FieldTestService& fieldTests) {
     const auto& o = *options_;
     if (o.evaluationChartId && !o.designPath.empty()) {
         throw UsageError("give --design FILE or --chart ID, not both");
     }
     if (o.evaluationChartId) {
-        const auto id = static_cast<Long>(*o.evaluationChartId);
-        const auto wetted = services_.nozzleSource(o.cataloguePath)->wettedDiameters();
-        const auto rebuilt = services_.chartStore(o.projectPath, o.cataloguePath)->rebuild(id, wetted);
-        return EvaluationDesign::reference("stored chart " + std::to_string(id), rebuilt.result,
-                                           o.timerPercent, o.wettedDiameterM, wetted);
+        return fieldTests.storedChart(static_cast<Long>(*o.evaluationChartId), o.timerPercent,
+                                      o.wettedDiameterM);
     }
     if (o.designPath.empty()) {
         return std::nullopt;
     }
-    const auto description = design::DesignFile::load(o.designPath);
-    const auto source = services_.nozzleSource(o.cataloguePath);
-    return EvaluationDesign::reference(
-        o.designPath, computeDesign(description, *source, design::DesignOptions{o.maxPasses, std::nullopt}),
-        o.timerPercent, o.wettedDiameterM, source->wettedDiameters());
+    return settled(
+        [&] { return fieldTests.designFile(o.designPath, o.maxPasses, o.timerPercent, o.wettedDiameterM); });
 }
 
 void CommandLine::listNozzles() {
@@ -315,32 +276,23 @@ void CommandLine::listNozzles() {
 
 void CommandLine::importCatalogue() {
     const auto& o = *options_;
-    auto rows = CatalogueCsv::load(o.csvImportPath);
-    const auto units = unitsOption(o.units);
-    for (auto& row : rows) {
-        row = inSI(row, units);
-    }
-    const auto summary = CatalogueImport(o.cataloguePath, err_, services_.progressOnErrorStream).run(rows);
+    const auto summary =
+        CatalogueService(o.cataloguePath)
+            .importCsv(o.csvImportPath, unitsOption(o.units).system(), err_, services_.progressOnErrorStream);
     fmt::print(out_, "imported {} nozzles into {} ({} new brands, {} new models)\n", summary.nozzles,
                o.cataloguePath, summary.newBrands, summary.newModels);
 }
 
 void CommandLine::runCatalogue(const CLI::App& command) {
     const auto& o = *options_;
-    const CatalogueDatabase catalogue(o.cataloguePath);
+    const CatalogueService catalogue(o.cataloguePath);
     if (command.got_subcommand("brands")) {
         for (const auto& brand : catalogue.brands()) {
             fmt::print(out_, "{:>6} {}\n", brand.id, brand.nome);
         }
     } else if (command.got_subcommand("models")) {
-        const auto brands = catalogue.brands();
-        if (o.brand) {
-            catalogue.requireBrand(brands, *o.brand);
-        }
-        for (const auto& model : catalogue.models()) {
-            if (!o.brand || model.marca.nome == *o.brand) {
-                fmt::print(out_, "{:>6} {:<12} {}\n", model.id, model.marca.nome, model.nome);
-            }
+        for (const auto& model : catalogue.models(o.brand).models) {
+            fmt::print(out_, "{:>6} {:<12} {}\n", model.id, model.marca.nome, model.nome);
         }
     } else if (command.got_subcommand("list")) {
         listNozzles();
@@ -349,28 +301,42 @@ void CommandLine::runCatalogue(const CLI::App& command) {
     }
 }
 
+ChartService CommandLine::chartService() const {
+    const auto& o = *options_;
+    return ChartService([this, project = o.projectPath,
+                         catalogue = o.cataloguePath] { return services_.chartStore(project, catalogue); },
+                        [this, catalogue = o.cataloguePath] { return services_.nozzleSource(catalogue); });
+}
+
+FieldTestService CommandLine::fieldTestService() const {
+    const auto& o = *options_;
+    return FieldTestService(
+        o.projectPath, [this, catalogue = o.cataloguePath] { return services_.nozzleSource(catalogue); },
+        [this, project = o.projectPath, catalogue = o.cataloguePath] {
+            return services_.chartStore(project, catalogue);
+        });
+}
+
 void CommandLine::runChart(const CLI::App& command) {
     const auto& o = *options_;
-    const auto store = services_.chartStore(o.projectPath, o.cataloguePath);
+    auto charts = chartService();
     const auto id = static_cast<Long>(o.chartId);
     if (command.got_subcommand("list")) {
         ChartReport::writeList(
-            out_, store->list(o.system ? std::optional<Long>(static_cast<Long>(*o.system)) : std::nullopt));
+            out_, charts.list(o.system ? std::optional<Long>(static_cast<Long>(*o.system)) : std::nullopt));
     } else if (command.got_subcommand("show")) {
-        const auto loaded = store->find(id);
-        const auto units = chartUnits(o.units, loaded);
+        const auto document = charts.show(id, !o.reportPath.empty());
+        const auto units = chartUnits(o.units, document.stored);
         if (!o.reportPath.empty()) {
-            const auto rebuilt =
-                store->rebuild(id, services_.nozzleSource(o.cataloguePath)->wettedDiameters());
-            writeReport(o.reportPath, design::DesignPrintout::document(rebuilt.result, units, true));
+            writeReport(o.reportPath, ChartReport::document(document, units));
         }
-        ChartReport::write(out_, loaded, design::UnitText(units));
-        if (loaded.missingNozzles > 0) {
+        ChartReport::write(out_, document, design::UnitText(units));
+        if (document.stored.missingNozzles > 0) {
             note(fmt::format("warning: {} of the chart's nozzles are not in catalogue {}",
-                             loaded.missingNozzles, o.cataloguePath));
+                             document.stored.missingNozzles, o.cataloguePath));
         }
     } else if (command.got_subcommand("delete")) {
-        store->destroy(id);
+        charts.remove(id);
         note(fmt::format("chart {} deleted", id));
     }
 }

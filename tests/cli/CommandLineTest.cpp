@@ -18,6 +18,7 @@
 
 using namespace caudalis;
 using namespace caudalis::cli;
+using namespace caudalis::project;
 
 namespace {
 

@@ -7,9 +7,11 @@
 #include <string>
 
 #include <nlohmann/json.hpp>
+
 #include "caudalis/design/DesignError.hpp"
 #include "caudalis/design/DesignFile.hpp"
 
+#include "ErrorMatchers.hpp"
 #include "SampleNozzles.hpp"
 
 using namespace caudalis::design;
@@ -49,12 +51,8 @@ json validDesign() {
 }
 
 std::string messageOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const DesignError& error) {
-        return error.what();
-    }
-    return "no error";
+    const auto message = caudalis::testing::raisedMessage<DesignError>(action);
+    return message.empty() ? "no error" : message;
 }
 
 /// The message for the valid design changed by `edit`.

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <exception>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -11,6 +14,17 @@ namespace caudalis::testing {
 
 /// The number of the caudalis::Error raised by `action`, or 0 when nothing is raised.
 std::int32_t raisedNumber(const std::function<void()>& action);
+
+/// The message of the `Exception` raised by `action`, or "" when nothing is raised.
+template <class Exception = std::exception>
+std::string raisedMessage(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const Exception& error) {
+        return error.what();
+    }
+    return "";
+}
 
 }  // namespace caudalis::testing
 

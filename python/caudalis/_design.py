@@ -1,5 +1,6 @@
 """`caudalis.design(...)`: a design file (or a dict of the same shape) run against a nozzle
 catalogue, with the outlets, spans and findings as tables and a plot of the machine."""
+import functools
 import json
 import os
 
@@ -49,10 +50,21 @@ class DesignResult:
         self.document = raw.document(units)
         self.name = self.document["name"]
         self.summary = self.document["summary"]
-        self.outlets = table([_outlet_row(outlet) for outlet in self.document["outlets"]])
-        self.spans = table(self.document["spans"])
-        self.findings = table(self.document["findings"])
         self.chart = raw.chart
+
+    # The tables are made when first asked for: a design run for its summary or its report
+    # does not pay for them.
+    @functools.cached_property
+    def outlets(self):
+        return table([_outlet_row(outlet) for outlet in self.document["outlets"]])
+
+    @functools.cached_property
+    def spans(self):
+        return table(self.document["spans"])
+
+    @functools.cached_property
+    def findings(self):
+        return table(self.document["findings"])
 
     def json(self):
         """The whole result as the command line's `--json` writes it."""

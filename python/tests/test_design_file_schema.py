@@ -156,3 +156,24 @@ def test_what_the_schema_accepts_the_reader_accepts(path):
                 if not BETWEEN_FIELDS.search(str(error)):
                     let_through.append(f"{'.'.join(map(str, where))} = {trial!r}: {error}")
     assert let_through == []
+
+
+def schema_names(node):
+    """The name of every field the schema describes, at any depth."""
+    names = set()
+    if isinstance(node, dict):
+        for key, value in node.items():
+            if key == "properties":
+                names |= set(value)
+            names |= schema_names(value)
+    elif isinstance(node, list):
+        for value in node:
+            names |= schema_names(value)
+    return names
+
+
+def test_every_field_the_design_file_page_lists_is_in_the_schema():
+    page = (SOURCE_DIR / "docs" / "design-file.md").read_text()
+    listed = set(re.findall(r"^\| `([^`]+)`", page, re.M))
+    assert len(listed) > 20
+    assert sorted(listed - schema_names(SCHEMA)) == []

@@ -200,3 +200,38 @@ def test_bad_readings_name_the_file_and_line(tmp_path):
     csv = SOURCE_DIR / "examples" / "evaluations" / "small-2025.csv"
     with pytest.raises(ValueError, match="give it alone"):
         caudalis.evaluate(csv, second=path, gauge_diameter=0.1)
+
+
+def test_an_evaluation_is_stored_listed_and_shown_as_the_command_line_does(tmp_path):
+    subprocess.run([CLI, "init", str(tmp_path)], check=True, capture_output=True)
+    project = str(tmp_path / "project.db")
+    readings = SOURCE_DIR / "examples" / "evaluations" / "north-2024.txt"
+    evaluation = caudalis.evaluate(readings, gauge_diameter=0.1)
+    stored = evaluation.save(project)
+    with pytest.raises(ValueError, match='an evaluation named "north-2024" already exists'):
+        evaluation.save(project)
+    listed = caudalis.evaluations(project)
+    assert list(listed["id"]) == [stored] and list(listed["name"]) == ["north-2024"]
+    assert listed["cu_hh_percent"][0] == pytest.approx(evaluation.summary["cu_hh_percent"], rel=1e-12)
+    printed = subprocess.run([CLI, "evaluate", "list", "--project", project], check=True, capture_output=True,
+                             text=True).stdout
+    assert "north-2024" in printed
+    shown = caudalis.stored_evaluation(stored, project)
+    cli = json.loads(subprocess.run([CLI, "evaluate", "show", str(stored), "--project", project, "--json"],
+                                    check=True, capture_output=True, text=True).stdout)
+    assert shown["name"] == "north-2024"
+    rows = shown["figures"].to_dict("records")
+    assert [(r["scope"], r["figure"], r["note"]) for r in rows] == [(c["scope"], c["figure"], c["note"])
+                                                                  for c in cli["figures"]]
+    for row, printed_row in zip(rows, cli["figures"]):
+        assert row["value"] == printed_row["value"] or (printed_row["value"] is None and row["value"] != row["value"])
+    with pytest.raises(LookupError, match="holds no evaluation 99"):
+        caudalis.stored_evaluation(99, project)
+
+
+def test_an_evaluation_report_is_the_command_lines(tmp_path):
+    readings = SOURCE_DIR / "examples" / "evaluations" / "north-2024.txt"
+    page = caudalis.evaluate(readings, gauge_diameter=0.1).report(tmp_path / "python.html")
+    subprocess.run([CLI, "evaluate", str(readings), "--gauge-diameter", "0.1", "--report",
+                    str(tmp_path / "cli.html")], check=True, capture_output=True)
+    assert pathlib.Path(page).read_text() == (tmp_path / "cli.html").read_text()

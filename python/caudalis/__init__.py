@@ -13,9 +13,10 @@ from ._caudalis import Error, Null, checked, integer  # noqa: F401
 from ._arrays import BoundedArray  # noqa: F401
 from ._caudalis import services  # noqa: F401
 from ._design import DesignResult, design  # noqa: F401
-from ._evaluate import Evaluation, ReadingsError, evaluate  # noqa: F401
+from ._evaluate import Evaluation, ReadingsError, evaluate, evaluations, stored_evaluation  # noqa: F401
 
 # `RuntimeError` and `DatabaseError` hold error numbers; they stay out of `import *`, which
 # would otherwise hide Python's own RuntimeError.
 __all__ = [name for name in dir(_caudalis) if not name.startswith("_") and name != "RuntimeError"]
-__all__ += ["BoundedArray", "DesignResult", "design", "Evaluation", "ReadingsError", "evaluate"]
+__all__ += ["BoundedArray", "DesignResult", "design", "Evaluation", "ReadingsError", "evaluate", "evaluations",
+            "stored_evaluation"]

@@ -1,5 +1,6 @@
 """`caudalis.design(...)`: a design file (or a dict of the same shape) run against a nozzle
 catalogue, with the outlets, spans and findings as tables and a plot of the machine."""
+import functools
 import json
 import os
 
@@ -40,29 +41,55 @@ def _catalogue(catalogue):
 
 
 class DesignResult:
-    """A computed design: `summary` (dict), `outlets`, `spans` and `findings` (tables),
-    `chart` (the `CartaAspersores` to store), `json()`, `text()`, `csv()` and `plot()`."""
+    """A computed design: `summary` (dict), `outlets`, `spans` and `findings` (tables) in
+    `units` ("si", "us" or the design file's own when None), `chart` (the `CartaAspersores` to
+    store), `json()`, `text()`, `csv()`, `report()`, `fails()` and `plot()`."""
 
-    def __init__(self, raw):
+    def __init__(self, raw, units=None):
         self.raw = raw
-        self.document = json.loads(raw.json())
+        self.units = units
+        self.document = raw.document(units)
         self.name = self.document["name"]
         self.units = DocumentUnits(self.document["units"])
         self.summary = self.document["summary"]
-        self.outlets = table([_outlet_row(outlet) for outlet in self.document["outlets"]])
-        self.spans = table(self.document["spans"])
-        self.findings = table(self.document["findings"])
         self.chart = raw.chart
+
+    # The tables are made when first asked for: a design run for its summary or its report
+    # does not pay for them.
+    @functools.cached_property
+    def outlets(self):
+        return table([_outlet_row(outlet) for outlet in self.document["outlets"]])
+
+    @functools.cached_property
+    def spans(self):
+        return table(self.document["spans"])
+
+    @functools.cached_property
+    def findings(self):
+        return table(self.document["findings"])
 
     def json(self):
         """The whole result as the command line's `--json` writes it."""
-        return self.raw.json()
+        return self.raw.json(self.units)
 
     def text(self):
-        return self.raw.text()
+        return self.raw.text(self.units)
 
     def csv(self):
-        return self.raw.csv()
+        return self.raw.csv(self.units)
+
+    def report(self, path):
+        """Writes the report to `path`: the HTML page of `--report` (with its plots) for a
+        `.html` or `.htm` file, the printed sprinkler chart otherwise. Returns the path."""
+        html = os.fspath(path).lower().endswith((".html", ".htm"))
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(self.raw.html(self.units) if html else self.text())
+        return path
+
+    def fails(self, strict=False):
+        """Whether the design must not be delivered: an error finding, or under `strict` any
+        warning (the command line's exit status 4)."""
+        return self.raw.fails(strict)
 
     def application_rates(self, wet_diameter_m=None):
         """(distance, peak application rate) of every outlet, in the result's units, for the
@@ -97,13 +124,19 @@ def _outlet_row(outlet):
     return row
 
 
-def design(source, catalogue="catalogue.db", max_passes=1000, wetted_diameters=None):
+def design(source, catalogue="catalogue.db", max_passes=1000, wetted_diameters=None, units=None, strict=False):
     """Runs a design as `caudalis design` does: `source` is a design file's path or a dict of
     the same shape; `catalogue` is a catalogue database's path (default ./catalogue.db, as the
     command line; its models' wetted diameters come with it) or the nozzles themselves (a
     `Collection` or a list of `Aspersor`). `wetted_diameters` ({model id: metres}) adds to or
-    replaces the catalogue's."""
+    replaces the catalogue's. `units` ("si" or "us") is what the results are given in, the
+    design file's own by default. With `strict`, a design with warnings raises `DesignError`
+    (kind "findings") as one with errors always does under `--strict`."""
     description = _description(source)
     nozzles, known_diameters = _catalogue(catalogue)
     known_diameters.update(wetted_diameters or {})
-    return DesignResult(services.run(description, nozzles, max_passes, known_diameters))
+    result = DesignResult(services.run(description, nozzles, max_passes, known_diameters, units), units)
+    if strict and result.fails(strict):
+        reason = "errors" if result.fails() else "warnings and strict was given"
+        raise services.DesignError(f"the design has {reason}", "findings")
+    return result

@@ -9,6 +9,7 @@ by a blank line or given as two files), or a list of (amount ml, distance m) pai
 import json
 import os
 
+from . import _caudalis
 from ._caudalis import services
 from ._plots import plot_evaluation
 from ._tables import table
@@ -85,6 +86,7 @@ class Evaluation:
 
     def __init__(self, name, readings, result):
         self.name = name
+        self.readings = readings
         self.result = result
         self.document = _document(name, readings, result)
         self.summary = {"name": name, "readings": result.readings, **self.document["together"],
@@ -97,6 +99,27 @@ class Evaluation:
 
     def json(self):
         return json.dumps(self.document, indent=2)
+
+    def report(self, path):
+        """Writes the HTML report of `--report` (plot, figures, left out, outliers, collectors)
+        to `path`. Returns the path."""
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(services.evaluationReport(self.name, self.readings, self.result))
+        return path
+
+    def save(self, project="project.db"):
+        """Stores the evaluation (readings, figures and settings) in a project database as
+        `caudalis evaluate --save` does, under its name, and returns its id. Raises ValueError
+        when an evaluation of that name is stored already."""
+        with _project(project) as connection:
+            connection.BeginTrans()
+            store = services.FieldEvaluationStore(connection)
+            if store.nameTaken(self.name):
+                connection.RollbackTrans()
+                raise ValueError(f'an evaluation named "{self.name}" already exists in project database {project}')
+            stored = store.save(self.readings, self.result, self.name)
+            connection.CommitTrans()
+        return stored
 
     def plot(self, path=None, designed=None):
         """Measured depths along the radius, beside the designed ones of a `DesignResult`
@@ -131,3 +154,35 @@ def evaluate(readings, second=None, gauge_diameter=None, name=None, inner_radius
     settings.expectedDepthMm = expected_depth
     result = services.FieldEvaluator.evaluate(field_readings, settings)
     return Evaluation(name or _default_name(readings), field_readings, result)
+
+
+def _project(path):
+    """An open connection to an existing project database."""
+    path = os.fspath(path)
+    if not os.path.isfile(path):
+        raise FileNotFoundError(f"project database {path} does not exist (make one with `caudalis init`)")
+    connection = _caudalis.Connection(path)
+    connection.Open()
+    return connection
+
+
+def evaluations(project="project.db"):
+    """The evaluations stored in a project database, as `caudalis evaluate list` lists them:
+    id, name and the CU and DU of both lines together (None for one stored without figures)."""
+    with _project(project) as connection:
+        stored = services.FieldEvaluationStore(connection).list()
+    return table([{"id": e.id, "name": e.name, "cu_hh_percent": e.cuHeermannHein, "du_lq_percent": e.duLowQuarter}
+                  for e in stored])
+
+
+def stored_evaluation(evaluation_id, project="project.db"):
+    """One stored evaluation, as `caudalis evaluate show ID` shows it: its record (`evaluation`,
+    the readings as stored) and its `figures` (scope, figure, value, note). Raises LookupError
+    when the project holds none of that id."""
+    with _project(project) as connection:
+        found = services.FieldEvaluationStore(connection).find(evaluation_id)
+    if found is None:
+        raise LookupError(f"project database {project} holds no evaluation {evaluation_id}")
+    return {"id": evaluation_id, "name": found.evaluation.name, "evaluation": found.evaluation,
+            "figures": table([{"scope": f.scope, "figure": f.figure, "value": f.value, "note": f.note}
+                              for f in found.figures])}

@@ -5,9 +5,13 @@
 
 #include "Bindings.hpp"
 #include "Declarations.hpp"
+#include "PythonDocument.hpp"
+#include "caudalis/report/CsvReport.hpp"
 #include "caudalis/design/DesignError.hpp"
 #include "caudalis/design/DesignFile.hpp"
+#include "caudalis/report/DesignPrintout.hpp"
 #include "caudalis/design/DesignRunner.hpp"
+#include "caudalis/report/HtmlReport.hpp"
 #include "caudalis/design/InMemoryNozzleSource.hpp"
 #include "caudalis/design/MachineBuilder.hpp"
 #include "caudalis/design/NozzlePackageStrategy.hpp"
@@ -55,11 +59,56 @@ class DesignError(ValueError):
     });
 }
 
+/// The system named "si" or "us"; raises `DesignError` for any other name.
+UnitSystem systemNamed(const std::string& name) {
+    const auto system = Units::parse(name);
+    if (!system) {
+        std::string message = "units must be \"si\" or \"us\", not \"";
+        message.append(name).append("\"");
+        throw DesignError(DesignError::Kind::InvalidInput, message);
+    }
+    return *system;
+}
+
+/// The units named "si" or "us", or the design's own when none is named.
+Units unitsOf(const DesignResult& result, const std::optional<std::string>& name) {
+    return Units(name ? systemNamed(*name) : result.design.units);
+}
+
 template <class Writer>
-std::string written(const DesignResult& result) {
+std::string written(const DesignResult& result, const std::optional<std::string>& units) {
     std::ostringstream out;
-    Writer::write(out, result);
+    Writer::write(out, result, unitsOf(result, units));
     return out.str();
+}
+
+py::object document(const DesignResult& result, const std::optional<std::string>& units) {
+    PythonDocument built;
+    JsonReport::visit(result, unitsOf(result, units), built);
+    return built.take();
+}
+
+std::string html(const DesignResult& result, const std::optional<std::string>& units) {
+    return HtmlReport::render(DesignPrintout::document(result, unitsOf(result, units), true));
+}
+
+void bindResult(py::module_& services) {
+    const auto units = py::arg("units") = py::none();
+    py::class_<DesignResult>(services, "DesignResult", doc("design.DesignResult"))
+        .def_readonly("design", &DesignResult::design)
+        .def_readonly("chart", &DesignResult::chart, doc("design.DesignResult.chart"))
+        .def(
+            "json",
+            [](const DesignResult& result, const std::optional<std::string>& names) {
+                return JsonReport::text(result, unitsOf(result, names));
+            },
+            units, doc("design.JsonReport.text"))
+        .def("document", &document, units,
+             "The document `json()` writes as Python dicts, lists and numbers, built without the text.")
+        .def("csv", &written<CsvReport>, units, "The outlets as CSV, as the command line writes them.")
+        .def("text", &written<TextReport>, units, "The sprinkler chart as the command line prints it.")
+        .def("html", &html, units, "The HTML report the command line's --report writes, with its plots.")
+        .def("fails", &DesignResult::fails, py::arg("strict") = false, doc("design.DesignResult.fails"));
 }
 
 void bindDesignRun(py::module_& services) {
@@ -82,18 +131,13 @@ void bindDesignRun(py::module_& services) {
     py::class_<DesignFile>(services, "DesignFile", doc("design.DesignFile"))
         .def_static("load", &DesignFile::load, py::arg("path"), doc("design.DesignFile.load"))
         .def_static("parse", &DesignFile::parse, py::arg("text"), py::arg("sourceName"),
-                    doc("design.DesignFile.parse"));
+                    doc("design.DesignFile.parse"))
+        .def_static("fieldsLookedFor", &DesignFile::fieldsLookedFor, py::arg("text"), py::arg("sourceName"),
+                    doc("design.DesignFile.fieldsLookedFor"));
     py::class_<MachineBuilder>(services, "MachineBuilder", doc("design.MachineBuilder"))
         .def(py::init<>())
         .def("build", &MachineBuilder::build, py::arg("design"));
-    py::class_<DesignResult>(services, "DesignResult", doc("design.DesignResult"))
-        .def_readonly("design", &DesignResult::design)
-        .def_readonly("chart", &DesignResult::chart, doc("design.DesignResult.chart"))
-        .def(
-            "json", [](const DesignResult& result) { return JsonReport::text(result); },
-            doc("design.JsonReport.text"))
-        .def("csv", &written<CsvReport>, "The outlets as CSV, as the command line writes them.")
-        .def("text", &written<TextReport>, "The sprinkler chart as the command line prints it.");
+    bindResult(services);
     py::class_<WettedDiameters>(services, "WettedDiameters", doc("design.WettedDiameters"))
         .def_static("load", &WettedDiameters::load, py::arg("catalogue"), doc("design.WettedDiameters.load"))
         .def_static("available", &WettedDiameters::available, py::arg("catalogue"),
@@ -101,12 +145,13 @@ void bindDesignRun(py::module_& services) {
     services.def(
         "run",
         [](const DesignDescription& description, const CollectionRef& nozzles, long maxPasses,
-           std::map<Long, double> wettedDiameters) {
+           std::map<Long, double> wettedDiameters, const std::optional<std::string>& units) {
             InMemoryNozzleSource source(nozzles, std::move(wettedDiameters));
-            return DesignRunner(DesignOptions{maxPasses, std::nullopt}).run(description, source);
+            const auto system = units ? std::optional<UnitSystem>(systemNamed(*units)) : std::nullopt;
+            return DesignRunner(DesignOptions{maxPasses, system}).run(description, source);
         },
         py::arg("description"), py::arg("nozzles"), py::arg("maxPasses") = DesignOptions{}.maxPasses,
-        py::arg("wettedDiameters") = std::map<Long, double>{},
+        py::arg("wettedDiameters") = std::map<Long, double>{}, py::arg("units") = py::none(),
         "Runs `description` with `nozzles` (and the wetted diameter of each model by model id, as a "
         "catalogue database's `model_wetted_diameters` gives them) through the design runner the "
         "command line uses.");

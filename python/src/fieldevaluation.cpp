@@ -1,5 +1,14 @@
 // The field-evaluation services: catch-can readings in text or CSV, and their evaluation.
 #include "Bindings.hpp"
+#include "caudalis/db/Connection.hpp"
+#include "caudalis/fieldtests/CatchCanStatistics.hpp"
+#include "caudalis/fieldtests/FieldEvaluationStore.hpp"
+#include "caudalis/fieldtests/FieldEvaluator.hpp"
+#include "caudalis/fieldtests/FieldReadingsCsv.hpp"
+#include "caudalis/fieldtests/FieldReadingsText.hpp"
+#include "caudalis/fieldtests/ReadingsError.hpp"
+#include "caudalis/report/EvaluationPrintout.hpp"
+#include "caudalis/report/HtmlReport.hpp"
 #include "caudalis/design/TextFile.hpp"
 #include "caudalis/fieldtests/CatchCanStatistics.hpp"
 #include "caudalis/fieldtests/FieldEvaluator.hpp"
@@ -120,12 +129,47 @@ void bindEvaluator(py::module_& services) {
                     doc("design.FieldEvaluator.evaluate"));
 }
 
+void bindStore(py::module_& services) {
+    py::class_<StoredFigure>(services, "StoredFigure", doc("design.StoredFigure"))
+        .def_readonly("scope", &StoredFigure::scope, doc("design.StoredFigure.scope"))
+        .def_readonly("figure", &StoredFigure::figure)
+        .def_readonly("value", &StoredFigure::value)
+        .def_readonly("note", &StoredFigure::note);
+    py::class_<StoredFieldEvaluation>(services, "StoredFieldEvaluation", doc("design.StoredFieldEvaluation"))
+        .def_property_readonly("evaluation",
+                               [](const StoredFieldEvaluation& self) { return self.evaluation; })
+        .def_readonly("figures", &StoredFieldEvaluation::figures);
+    py::class_<StoredEvaluationSummary>(services, "StoredEvaluationSummary",
+                                        doc("design.StoredEvaluationSummary"))
+        .def_readonly("id", &StoredEvaluationSummary::id)
+        .def_readonly("name", &StoredEvaluationSummary::name)
+        .def_readonly("cuHeermannHein", &StoredEvaluationSummary::cuHeermannHein)
+        .def_readonly("duLowQuarter", &StoredEvaluationSummary::duLowQuarter);
+    py::class_<FieldEvaluationStore>(services, "FieldEvaluationStore", doc("design.FieldEvaluationStore"))
+        .def(py::init<Connection&>(), py::arg("connection"), py::keep_alive<1, 2>())
+        .def("nameTaken", &FieldEvaluationStore::nameTaken, py::arg("name"),
+             doc("design.FieldEvaluationStore.nameTaken"))
+        .def("save", &FieldEvaluationStore::save, py::arg("readings"), py::arg("result"), py::arg("name"),
+             doc("design.FieldEvaluationStore.save"))
+        .def("list", &FieldEvaluationStore::list, doc("design.FieldEvaluationStore.list"))
+        .def("find", &FieldEvaluationStore::find, py::arg("id"), doc("design.FieldEvaluationStore.find"));
+    services.def(
+        "evaluationReport",
+        [](const std::string& name, const FieldReadings& readings, const FieldEvaluationResult& result) {
+            return HtmlReport::render(EvaluationPrintout::document({name, readings, result, std::nullopt}));
+        },
+        py::arg("name"), py::arg("readings"), py::arg("result"),
+        "The HTML report of an evaluation without a design beside it, as the command line's --report writes "
+        "it.");
+}
+
 }  // namespace
 
 void bindFieldEvaluation(py::module_& services) {
     bindReadings(services);
     bindFigures(services);
     bindEvaluator(services);
+    bindStore(services);
 }
 
 }  // namespace caudalis::python

@@ -43,8 +43,59 @@ def test_a_design_matches_the_command_lines_json(example, catalogue):
                          check=True, capture_output=True, text=True).stdout
     result = caudalis.design(example, catalogue=catalogue)
     assert_close(json.loads(result.json()), json.loads(cli))
+    assert result.document == json.loads(cli), "the document built without the text differs from it"
     delivered = [o["caudal_do_aspersor"] for o in json.loads(cli)["outlets"]]
     assert result.outlets["caudal_do_aspersor"].tolist() == pytest.approx(delivered, rel=1e-12)
+
+
+def cli_design(example, catalogue, *options):
+    finished = subprocess.run([CLI, "design", str(example), "--catalogue", catalogue, *options],
+                              capture_output=True, text=True)
+    return finished.returncode, finished.stdout
+
+
+@pytest.mark.parametrize("units", ["us", "si"])
+def test_a_design_in_the_units_asked_for_matches_the_command_line(units, catalogue):
+    example = SOURCE_DIR / "examples" / "designs" / ("small.json" if units == "us" else "us-quarter-mile.json")
+    _, printed = cli_design(example, catalogue, "--json", "--units", units)
+    result = caudalis.design(example, catalogue=catalogue, units=units)
+    assert result.document == json.loads(printed)
+    assert result.document["units"]["system"] == units
+    other = "_kpa" if units == "us" else "_psi"
+    assert not [key for key in result.summary if key.endswith(other)]
+    assert result.text() == cli_design(example, catalogue, "--units", units)[1]
+    assert result.csv().splitlines()[0] in result.csv()
+
+
+def test_a_report_is_written_as_the_command_line_writes_it(catalogue, tmp_path):
+    example = SOURCE_DIR / "examples" / "designs" / "us-quarter-mile.json"
+    result = caudalis.design(example, catalogue=catalogue)
+    html = result.report(tmp_path / "design.html")
+    cli_design(example, catalogue, "--report", str(tmp_path / "cli.html"))
+    page = pathlib.Path(html).read_text()
+    assert page.startswith("<!DOCTYPE html>") and "psi" in page
+    assert page == (tmp_path / "cli.html").read_text()
+    text = pathlib.Path(result.report(tmp_path / "design.txt")).read_text()
+    assert text == result.text() and "psi" in text
+
+
+def test_strict_refuses_a_design_with_warnings(catalogue):
+    example = SOURCE_DIR / "examples" / "designs" / "hilly.json"
+    result = caudalis.design(example, catalogue=catalogue)
+    status, _ = cli_design(example, catalogue, "--strict")
+    assert result.fails(strict=True) == (status == 4)
+    assert result.fails() is False
+    warned = json.loads((SOURCE_DIR / "examples" / "designs" / "small.json").read_text())
+    warned["design_flow_lps"] = 12
+    assert caudalis.design(warned, catalogue=catalogue).fails(strict=True)
+    with pytest.raises(caudalis.services.DesignError, match="warnings and strict was given") as raised:
+        caudalis.design(warned, catalogue=catalogue, strict=True)
+    assert raised.value.kind == "findings"
+
+
+def test_units_other_than_si_and_us_are_refused(catalogue):
+    with pytest.raises(caudalis.services.DesignError, match='units must be "si" or "us", not "imperial"'):
+        caudalis.design(EXAMPLES[0], catalogue=catalogue, units="imperial")
 
 
 def test_a_dict_designs_like_its_file(catalogue):
@@ -206,3 +257,38 @@ def test_bad_readings_name_the_file_and_line(tmp_path):
     csv = SOURCE_DIR / "examples" / "evaluations" / "small-2025.csv"
     with pytest.raises(ValueError, match="give it alone"):
         caudalis.evaluate(csv, second=path, gauge_diameter=0.1)
+
+
+def test_an_evaluation_is_stored_listed_and_shown_as_the_command_line_does(tmp_path):
+    subprocess.run([CLI, "init", str(tmp_path)], check=True, capture_output=True)
+    project = str(tmp_path / "project.db")
+    readings = SOURCE_DIR / "examples" / "evaluations" / "north-2024.txt"
+    evaluation = caudalis.evaluate(readings, gauge_diameter=0.1)
+    stored = evaluation.save(project)
+    with pytest.raises(ValueError, match='an evaluation named "north-2024" already exists'):
+        evaluation.save(project)
+    listed = caudalis.evaluations(project)
+    assert list(listed["id"]) == [stored] and list(listed["name"]) == ["north-2024"]
+    assert listed["cu_hh_percent"][0] == pytest.approx(evaluation.summary["cu_hh_percent"], rel=1e-12)
+    printed = subprocess.run([CLI, "evaluate", "list", "--project", project], check=True, capture_output=True,
+                             text=True).stdout
+    assert "north-2024" in printed
+    shown = caudalis.stored_evaluation(stored, project)
+    cli = json.loads(subprocess.run([CLI, "evaluate", "show", str(stored), "--project", project, "--json"],
+                                    check=True, capture_output=True, text=True).stdout)
+    assert shown["name"] == "north-2024"
+    rows = shown["figures"].to_dict("records")
+    assert [(r["scope"], r["figure"], r["note"]) for r in rows] == [(c["scope"], c["figure"], c["note"])
+                                                                  for c in cli["figures"]]
+    for row, printed_row in zip(rows, cli["figures"]):
+        assert row["value"] == printed_row["value"] or (printed_row["value"] is None and row["value"] != row["value"])
+    with pytest.raises(LookupError, match="holds no evaluation 99"):
+        caudalis.stored_evaluation(99, project)
+
+
+def test_an_evaluation_report_is_the_command_lines(tmp_path):
+    readings = SOURCE_DIR / "examples" / "evaluations" / "north-2024.txt"
+    page = caudalis.evaluate(readings, gauge_diameter=0.1).report(tmp_path / "python.html")
+    subprocess.run([CLI, "evaluate", str(readings), "--gauge-diameter", "0.1", "--report",
+                    str(tmp_path / "cli.html")], check=True, capture_output=True)
+    assert pathlib.Path(page).read_text() == (tmp_path / "cli.html").read_text()

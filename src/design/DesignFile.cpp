@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "FieldLog.hpp"
 #include "JsonFields.hpp"
 #include "JsonPosition.hpp"
 #include "caudalis/design/DesignError.hpp"
@@ -381,6 +382,12 @@ DesignDescription DesignFile::parse(const std::string& text, const std::string& 
         throw DesignError::invalid(sourceName + ": " + tooLargeNumber(text, builder));
     }
     return fromJson(document);
+}
+
+std::set<std::string> DesignFile::fieldsLookedFor(const std::string& text, const std::string& sourceName) {
+    const FieldLog log;
+    parse(text, sourceName);
+    return log.paths();
 }
 
 DesignDescription DesignFile::load(const std::string& path) {

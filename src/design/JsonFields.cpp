@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "FieldLog.hpp"
 #include "caudalis/design/DesignError.hpp"
 
 namespace caudalis::design {
@@ -52,6 +53,7 @@ void JsonFields::fail(const std::string& key, const std::string& complaint) cons
 
 const nlohmann::json* JsonFields::find(const std::string& key) {
     read_.insert(key);
+    FieldLog::note(pathOf(key));
     const auto found = object_.find(key);
     return found == object_.end() || found->is_null() ? nullptr : &*found;
 }

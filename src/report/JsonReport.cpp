@@ -1,5 +1,6 @@
 #include "caudalis/report/JsonReport.hpp"
 
+#include <cmath>
 #include <optional>
 #include <utility>
 
@@ -293,7 +294,51 @@ nlohmann::json toJson(const DesignResult& result, const DesignResult& si, const 
             {"outlets", outlets}};
 }
 
+void walk(const nlohmann::json& value, JsonVisitor& visitor) {
+    switch (value.type()) {
+        case nlohmann::json::value_t::object:
+            visitor.beginObject(value.size());
+            for (const auto& [name, field] : value.items()) {
+                visitor.key(name);
+                walk(field, visitor);
+            }
+            visitor.endObject();
+            return;
+        case nlohmann::json::value_t::array:
+            visitor.beginArray(value.size());
+            for (const auto& element : value) {
+                walk(element, visitor);
+            }
+            visitor.endArray();
+            return;
+        case nlohmann::json::value_t::boolean:
+            visitor.boolean(value.get<bool>());
+            return;
+        case nlohmann::json::value_t::number_integer:
+        case nlohmann::json::value_t::number_unsigned:
+            visitor.integer(value.get<long long>());
+            return;
+        case nlohmann::json::value_t::number_float:
+            // The text writes a figure that is not finite as null; so does the walk.
+            if (std::isfinite(value.get<double>())) {
+                visitor.real(value.get<double>());
+            } else {
+                visitor.null();
+            }
+            return;
+        case nlohmann::json::value_t::string:
+            visitor.text(value.get_ref<const std::string&>());
+            return;
+        default:
+            visitor.null();
+    }
+}
+
 }  // namespace
+
+void JsonReport::visit(const DesignResult& result, const Units& units, JsonVisitor& visitor) {
+    walk(toJson(ResultUnits::convert(result, units), result, units), visitor);
+}
 
 std::string JsonReport::text(const DesignResult& result) {
     return text(result, Units(result.design.units));

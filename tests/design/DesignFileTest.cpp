@@ -134,6 +134,23 @@ TEST(DesignFile, ShippedExamplesAreValid) {
     EXPECT_TRUE(hilly.drop && !hilly.regulators.empty());
 }
 
+TEST(DesignFile, TellsEveryFieldItLooksForPresentOrNot) {
+    const auto fields = DesignFile::fieldsLookedFor(
+        R"({"name": "x", "units": "us", "inlet_pressure_psi": 40, "design_flow_gpm": 200, "roughness_c": 140,
+            "revolution_time_h": 20, "nozzle_selection": {"tolerance": 0.1},
+            "spans": [{"length_ft": 150, "diameter_in": 6, "outlet_spacing_in": 100, "end_elevation_ft": 1},
+                      {"length_ft": 150, "diameter_in": 6, "outlet_spacing_in": 100, "end_elevation_ft": 2}]})",
+        "us.json");
+    for (const char* expected :
+         {"name", "units", "spans", "spans[].length_ft", "spans[].outside_diameter_in", "overhang", "end_gun",
+          "nozzle_selection.tolerance", "nozzle_selection.inner"}) {
+        EXPECT_EQ(fields.count(expected), 1U) << expected;
+    }
+    EXPECT_EQ(fields.count("spans[].length_m"), 0U);
+    EXPECT_EQ(fields.count("drop.length_ft"), 0U);
+    EXPECT_THROW(DesignFile::fieldsLookedFor(R"({"name": "x"})", "bad.json"), DesignError);
+}
+
 TEST(DesignFile, EachBadValueNamesItsField) {
     EXPECT_EQ(messageFor([](json& d) { d["spans"][1]["length_m"] = -3; }), "spans[1].length_m must be > 0");
     EXPECT_EQ(messageFor([](json& d) { d["spans"][0]["length_m"] = 0; }), "spans[0].length_m must be > 0");

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <sstream>
 
+#include <nlohmann/json.hpp>
+
 #include "SampleNozzles.hpp"
 #include "caudalis/catalogue/Aspersor.hpp"
 #include "caudalis/design/DesignFile.hpp"
@@ -229,6 +231,62 @@ TEST(DesignPrintoutFindings, UnknownWettedDiametersAreNamed) {
     EXPECT_TRUE(result.analysis.profile.empty());
     EXPECT_TRUE(std::any_of(result.findings.begin(), result.findings.end(),
                             [](const Finding& f) { return f.code == "wetted-diameter-unknown"; }));
+}
+
+/// Writes back as JSON text what a walk over a document hands it.
+class TextVisitor final : public JsonVisitor {
+public:
+    std::string written;
+
+    void null() override { value("null"); }
+    void boolean(bool v) override { value(v ? "true" : "false"); }
+    void integer(long long v) override { value(std::to_string(v)); }
+    void real(double v) override {
+        char buffer[32];
+        std::snprintf(buffer, sizeof buffer, "%.17g", v);
+        value(buffer);
+    }
+    void text(const std::string& v) override { value(nlohmann::json(v).dump()); }
+    void beginObject(std::size_t) override { open('{'); }
+    void key(const std::string& name) override {
+        separate();
+        written += nlohmann::json(name).dump() + ":";
+        first_ = true;
+    }
+    void endObject() override { close('}'); }
+    void beginArray(std::size_t) override { open('['); }
+    void endArray() override { close(']'); }
+
+private:
+    void separate() {
+        if (!first_) {
+            written += ',';
+        }
+        first_ = false;
+    }
+    void value(const std::string& v) {
+        separate();
+        written += v;
+    }
+    void open(char bracket) {
+        separate();
+        written += bracket;
+        first_ = true;
+    }
+    void close(char bracket) {
+        written += bracket;
+        first_ = false;
+    }
+    bool first_ = true;
+};
+
+TEST_F(RealisticPrintout, AWalkOverTheJsonHandsOverTheSameDocumentAsItsText) {
+    for (const auto system : {UnitSystem::SI, UnitSystem::US}) {
+        TextVisitor visitor;
+        JsonReport::visit(*result, Units(system), visitor);
+        EXPECT_EQ(nlohmann::json::parse(visitor.written),
+                  nlohmann::json::parse(JsonReport::text(*result, Units(system))));
+    }
 }
 
 TEST_F(RealisticPrintout, JsonHoldsTheNewFields) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 
 #include "caudalis/design/DesignDescription.hpp"
@@ -15,6 +16,9 @@ public:
     static DesignDescription load(const std::string& path);
     /// Parses and validates `text`; `sourceName` names it in messages about malformed JSON.
     static DesignDescription parse(const std::string& text, const std::string& sourceName);
+    /// Every field the reader looks for while it parses `text` (present or not), by path with
+    /// array indices written "[]" ("spans[].length_m"); raises as `parse` does.
+    static std::set<std::string> fieldsLookedFor(const std::string& text, const std::string& sourceName);
 };
 
 }  // namespace caudalis::design

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "caudalis/design/DesignResult.hpp"
+#include "caudalis/design/JsonVisitor.hpp"
 #include "caudalis/design/Units.hpp"
 
 namespace caudalis::design {
@@ -21,6 +22,8 @@ public:
     /// The document followed by a line break.
     static void write(std::ostream& out, const DesignResult& result);
     static void write(std::ostream& out, const DesignResult& result, const Units& units);
+    /// The same document handed to `visitor` value by value, keys in the order of the text.
+    static void visit(const DesignResult& result, const Units& units, JsonVisitor& visitor);
 };
 
 }  // namespace caudalis::design

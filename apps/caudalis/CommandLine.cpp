@@ -62,7 +62,8 @@ Services Services::databases() {
             [](const std::string& project, const std::string& catalogue) {
                 return std::make_unique<DatabaseChartStore>(project, catalogue);
             },
-            ::isatty(STDERR_FILENO) == 1};
+            ::isatty(STDERR_FILENO) == 1,
+            {}};
 }
 
 CommandLine::CommandLine(Services services, std::ostream& out, std::ostream& err)
@@ -221,6 +222,7 @@ void CommandLine::defineCommands(CLI::App& app) {
     defineEvaluate(app);
     defineCatalogue(app);
     defineChart(app);
+    defineServe(app);
 }
 
 int CommandLine::run(int argc, const char* const* argv) {
@@ -264,6 +266,8 @@ void CommandLine::dispatch(const CLI::App& app) {
         runCatalogue(*app.get_subcommand("catalogue"));
     } else if (app.got_subcommand("chart")) {
         runChart(*app.get_subcommand("chart"));
+    } else if (app.got_subcommand("serve")) {
+        runServe();
     }
 }
 

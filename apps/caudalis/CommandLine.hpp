@@ -8,6 +8,7 @@
 
 #include "ChartStore.hpp"
 #include "EvaluationDesign.hpp"
+#include "ServeSettings.hpp"
 #include "caudalis/design/NozzleSource.hpp"
 
 namespace CLI {
@@ -27,13 +28,16 @@ struct Services {
         chartStore;
     /// Whether long imports draw a progress bar on the error stream (a terminal).
     bool progressOnErrorStream = false;
+    /// Serves the web app and its API until the process is stopped; the program without a
+    /// web server leaves it empty.
+    std::function<void(const ServeSettings&, std::ostream& err)> serve;
 
     /// The sources backed by the databases; progress shown when stderr is a terminal.
     static Services databases();
 };
 
 /// The `caudalis` program: parses the arguments, runs one command (`init`, `design`,
-/// `evaluate`, `catalogue`, `chart`) and turns every failure into one line on the error
+/// `evaluate`, `catalogue`, `chart`, `serve`) and turns every failure into one line on the error
 /// stream, "caudalis: ...", and an exit code (see `ExitCode`).
 class CommandLine {
 public:
@@ -50,6 +54,7 @@ private:
     void defineEvaluate(CLI::App& app);
     void defineCatalogue(CLI::App& app);
     void defineChart(CLI::App& app);
+    void defineServe(CLI::App& app);
     void dispatch(const CLI::App& app);
 
     void runInit();
@@ -62,6 +67,7 @@ private:
     void listNozzles();
     void importCatalogue();
     void runChart(const CLI::App& chart);
+    void runServe();
     void note(const std::string& message);
 
     Services services_;

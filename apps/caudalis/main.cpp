@@ -1,8 +1,11 @@
 #include <iostream>
 
 #include "CommandLine.hpp"
+#include "WebServer.hpp"
 
 int main(int argc, char** argv) {
-    caudalis::cli::CommandLine commandLine(caudalis::cli::Services::databases(), std::cout, std::cerr);
+    auto services = caudalis::cli::Services::databases();
+    services.serve = caudalis::web::WebServer::run;
+    caudalis::cli::CommandLine commandLine(std::move(services), std::cout, std::cerr);
     return commandLine.run(argc, argv);
 }

@@ -1,0 +1,67 @@
+#include "WebServer.hpp"
+
+#include <httplib.h>
+
+#include "AccessPolicy.hpp"
+#include "ApiRoutes.hpp"
+#include "CliErrors.hpp"
+#include "JsonAnswer.hpp"
+#include "WebAssets.hpp"
+
+namespace caudalis::web {
+
+namespace {
+
+/// Answers with JSON what the server itself refused (an unknown address, a body too large)
+/// when no route wrote an answer.
+void explainStatus(const httplib::Request& request, httplib::Response& response) {
+    if (!response.body.empty()) {
+        return;
+    }
+    AccessPolicy::secureHeaders(response);
+    if (response.status == 404) {
+        JsonAnswer::error(response, 404, "nothing is served at " + request.path);
+    } else if (response.status == 413) {
+        JsonAnswer::error(response, 413,
+                          "the request body is larger than " + std::to_string(WebServer::maxBodyBytes) +
+                              " bytes");
+    } else {
+        JsonAnswer::error(response, response.status,
+                          "the request was refused (HTTP status " + std::to_string(response.status) + ")");
+    }
+}
+
+}  // namespace
+
+void WebServer::run(const cli::ServeSettings& settings, std::ostream& err) {
+    httplib::Server server;
+    server.set_payload_max_length(maxBodyBytes);
+    server.set_read_timeout(settings.timeoutSeconds, 0);
+    server.set_write_timeout(settings.timeoutSeconds, 0);
+    server.set_keep_alive_timeout(settings.timeoutSeconds);
+    const int port = settings.port == 0 ? server.bind_to_any_port(settings.host)
+                                        : (server.bind_to_port(settings.host, settings.port) ? settings.port : -1);
+    if (port < 0) {
+        throw cli::InputError("cannot listen on " + settings.host + " port " + std::to_string(settings.port));
+    }
+    const AccessPolicy policy(settings.host, port, settings.token);
+    server.set_pre_routing_handler([&policy](const httplib::Request& request, httplib::Response& response) {
+        return policy.admit(request, response) ? httplib::Server::HandlerResponse::Unhandled
+                                               : httplib::Server::HandlerResponse::Handled;
+    });
+    server.set_error_handler(explainStatus);
+    server.Get("/api/session", [&policy](const httplib::Request&, httplib::Response& response) {
+        JsonAnswer::json(response, {{"token", policy.sessionToken()}});
+    });
+    WebAssets::addTo(server);
+    const ApiRoutes routes(settings);
+    routes.addTo(server);
+    const bool bracketed = settings.host.find(':') != std::string::npos;
+    err << "caudalis: serving http://" << (bracketed ? "[" : "") << settings.host << (bracketed ? "]" : "") << ':'
+        << port << "/ (stop with Ctrl+C)" << std::endl;
+    if (!server.listen_after_bind()) {
+        throw cli::InputError("the web server stopped: cannot accept connections");
+    }
+}
+
+}  // namespace caudalis::web

@@ -55,6 +55,7 @@ struct CommandLine::Options {
     std::optional<std::string> database;
     std::optional<std::string> tokenFile;
     int requestTimeout = 10;
+    int workers = 1;
 };
 
 }  // namespace caudalis::cli

@@ -58,11 +58,18 @@ void CommandLine::defineServe(CLI::App& app) {
     serve->add_option("--request-timeout", o.requestTimeout, "seconds a client may take to send a request")
         ->check(CLI::Range(1, 3600))
         ->capture_default_str();
+    serve
+        ->add_option("--workers", o.workers,
+                     "processes that answer requests side by side (one a core: each computes one design "
+                     "at a time)")
+        ->check(CLI::Range(1, 64))
+        ->capture_default_str();
 }
 
 void CommandLine::runServe() {
     const auto& o = *options_;
-    ServeSettings settings{o.host, o.port, o.projectPath, o.cataloguePath, std::nullopt, o.requestTimeout};
+    ServeSettings settings{o.host, o.port, o.projectPath, o.cataloguePath, std::nullopt, o.requestTimeout,
+                           o.workers};
     if (o.database) {
         settings.projectPath = *o.database;
         settings.cataloguePath = *o.database;

@@ -16,6 +16,8 @@ struct ServeSettings {
     std::optional<std::string> token;
     /// How long a client may take to send a request or read an answer, seconds.
     int timeoutSeconds = 10;
+    /// Processes answering on the one listening socket; each has its own copy of the library.
+    int workers = 1;
 };
 
 }  // namespace caudalis::cli

@@ -2,6 +2,7 @@
 and on PostgreSQL: its answers are what the command line prints for the same request."""
 import concurrent.futures
 import json
+import os
 import socket
 import time
 
@@ -218,3 +219,29 @@ def test_two_servers_on_one_postgresql_database_lose_no_save(tmp_path, postgresq
     finally:
         for running in servers:
             running.stop()
+
+
+def test_workers_answer_side_by_side_and_end_with_the_server(tmp_path):
+    from conftest import Databases
+    databases = Databases("sqlite", tmp_path, None)
+    running = Server(["--workers", "2", *databases.options()], tmp_path)
+    try:
+        pid = running.process.pid
+        children = open(f"/proc/{pid}/task/{pid}/children").read().split()
+        assert len(children) == 1
+        design = (EXAMPLES / "designs" / "small.json").read_bytes()
+
+        def design_once(_):
+            answer = running.request("POST", "/api/design", design, {"Content-Type": "application/json"})
+            return answer.status, answer.body
+
+        with concurrent.futures.ThreadPoolExecutor(8) as pool:
+            answers = list(pool.map(design_once, range(16)))
+        assert {status for status, _ in answers} == {200}
+        assert len({body for _, body in answers}) == 1
+    finally:
+        running.stop()
+    deadline = time.monotonic() + 10
+    while os.path.exists(f"/proc/{children[0]}") and time.monotonic() < deadline:
+        time.sleep(0.05)
+    assert not os.path.exists(f"/proc/{children[0]}")

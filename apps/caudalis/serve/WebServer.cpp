@@ -1,6 +1,9 @@
 #include "WebServer.hpp"
 
 #include <httplib.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <unistd.h>
 
 #include "AccessPolicy.hpp"
 #include "ApiRoutes.hpp"
@@ -28,6 +31,24 @@ void explainStatus(const httplib::Request& request, httplib::Response& response)
     } else {
         JsonAnswer::error(response, response.status,
                           "the request was refused (HTTP status " + std::to_string(response.status) + ")");
+    }
+}
+
+/// Forks the other workers, which accept on the socket already bound and end with this process.
+void startWorkers(int workers) {
+    for (int i = 1; i < workers; ++i) {
+        const pid_t parent = ::getpid();
+        const pid_t child = ::fork();
+        if (child < 0) {
+            throw cli::InputError("cannot start the web server's worker processes");
+        }
+        if (child == 0) {
+            ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+            if (::getppid() != parent) {
+                ::_exit(0);
+            }
+            return;
+        }
     }
 }
 
@@ -59,6 +80,7 @@ void WebServer::run(const cli::ServeSettings& settings, std::ostream& err) {
     const bool bracketed = settings.host.find(':') != std::string::npos;
     err << "caudalis: serving http://" << (bracketed ? "[" : "") << settings.host << (bracketed ? "]" : "") << ':'
         << port << "/ (stop with Ctrl+C)" << std::endl;
+    startWorkers(settings.workers);
     if (!server.listen_after_bind()) {
         throw cli::InputError("the web server stopped: cannot accept connections");
     }

@@ -68,8 +68,8 @@ void CommandLine::defineServe(CLI::App& app) {
 
 void CommandLine::runServe() {
     const auto& o = *options_;
-    ServeSettings settings{o.host, o.port, o.projectPath, o.cataloguePath, std::nullopt, o.requestTimeout,
-                           o.workers};
+    ServeSettings settings{o.host,       o.port,           o.projectPath, o.cataloguePath,
+                           std::nullopt, o.requestTimeout, o.workers};
     if (o.database) {
         settings.projectPath = *o.database;
         settings.cataloguePath = *o.database;

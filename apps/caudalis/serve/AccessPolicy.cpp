@@ -53,7 +53,9 @@ std::string cookieValue(const httplib::Request& request, const std::string& name
     return {};
 }
 
-bool changesState(const std::string& method) { return method != "GET" && method != "HEAD"; }
+bool changesState(const std::string& method) {
+    return method != "GET" && method != "HEAD";
+}
 
 bool hasJsonBody(const httplib::Request& request) {
     const auto type = request.get_header_value("Content-Type");
@@ -74,7 +76,8 @@ bool AccessPolicy::hostAllowed(const httplib::Request& request) const {
     }
     const auto given = request.get_header_value("Host");
     const auto port = std::string(":").append(std::to_string(port_));
-    for (const std::string& name : {std::string("127.0.0.1"), std::string("localhost"), std::string("[::1]"), host_}) {
+    for (const std::string& name :
+         {std::string("127.0.0.1"), std::string("localhost"), std::string("[::1]"), host_}) {
         if (given.size() == name.size() + port.size() && given.compare(0, name.size(), name) == 0 &&
             given.compare(name.size(), port.size(), port) == 0) {
             return true;

@@ -105,7 +105,9 @@ std::string numberField(const nlohmann::json& body, const char* name) {
     return field.dump();
 }
 
-nlohmann::json parsedOutput(const CommandOutcome& outcome) { return nlohmann::json::parse(outcome.out); }
+nlohmann::json parsedOutput(const CommandOutcome& outcome) {
+    return nlohmann::json::parse(outcome.out);
+}
 
 void answerReport(httplib::Response& response, const std::string& path) {
     std::ifstream file(path, std::ios::binary);
@@ -135,9 +137,13 @@ httplib::Server::Handler guarded(const ApiRoutes* routes, Handler handler) {
 
 ApiRoutes::ApiRoutes(cli::ServeSettings settings) : settings_(std::move(settings)) {}
 
-std::string ApiRoutes::projectOption() const { return "--project=" + settings_.projectPath; }
+std::string ApiRoutes::projectOption() const {
+    return "--project=" + settings_.projectPath;
+}
 
-std::string ApiRoutes::catalogueOption() const { return "--catalogue=" + settings_.cataloguePath; }
+std::string ApiRoutes::catalogueOption() const {
+    return "--catalogue=" + settings_.cataloguePath;
+}
 
 void ApiRoutes::addTo(httplib::Server& server) const {
     server.Post("/api/design", guarded(this, &ApiRoutes::design));
@@ -265,9 +271,9 @@ void ApiRoutes::evaluate(const httplib::Request& request, httplib::Response& res
     if (body.contains("chart")) {
         args.push_back("--chart=" + numberField(body, "chart"));
     }
-    for (const auto& [field, option] : {std::pair{"timer_percent", "--timer="},
-                                        std::pair{"gauge_diameter_m", "--gauge-diameter="},
-                                        std::pair{"wetted_diameter_m", "--wetted-diameter="}}) {
+    for (const auto& [field, option] :
+         {std::pair{"timer_percent", "--timer="}, std::pair{"gauge_diameter_m", "--gauge-diameter="},
+          std::pair{"wetted_diameter_m", "--wetted-diameter="}}) {
         if (body.contains(field)) {
             args.push_back(option + numberField(body, field));
         }
@@ -311,8 +317,8 @@ void ApiRoutes::showEvaluation(const httplib::Request& request, httplib::Respons
 }
 
 void ApiRoutes::brands(const httplib::Request&, httplib::Response& response) const {
-    const auto brands =
-        reading([&](const cli::Services&) { return cli::CatalogueDatabase(settings_.cataloguePath).brands(); });
+    const auto brands = reading(
+        [&](const cli::Services&) { return cli::CatalogueDatabase(settings_.cataloguePath).brands(); });
     auto list = nlohmann::json::array();
     for (const auto& brand : brands) {
         list.push_back({{"id", brand.id}, {"name", brand.nome}});
@@ -369,7 +375,8 @@ void ApiRoutes::importCatalogue(const httplib::Request& request, httplib::Respon
     }
     const auto outcome = runIn(folder, args);
     requireSuccess(outcome);
-    JsonAnswer::json(response, {{"message", folder.withoutFolder(outcome.out.substr(0, outcome.out.find('\n')))}});
+    JsonAnswer::json(response,
+                     {{"message", folder.withoutFolder(outcome.out.substr(0, outcome.out.find('\n')))}});
 }
 
 }  // namespace caudalis::web

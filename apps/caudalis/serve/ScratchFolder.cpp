@@ -23,7 +23,9 @@ ScratchFolder::~ScratchFolder() {
     std::filesystem::remove_all(folder_, ignored);
 }
 
-std::string ScratchFolder::path(const std::string& name) const { return (folder_ / name).string(); }
+std::string ScratchFolder::path(const std::string& name) const {
+    return (folder_ / name).string();
+}
 
 std::string ScratchFolder::write(const std::string& name, const std::string& content) const {
     const auto file = path(name);

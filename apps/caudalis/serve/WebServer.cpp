@@ -25,9 +25,9 @@ void explainStatus(const httplib::Request& request, httplib::Response& response)
     if (response.status == 404) {
         JsonAnswer::error(response, 404, "nothing is served at " + request.path);
     } else if (response.status == 413) {
-        JsonAnswer::error(response, 413,
-                          "the request body is larger than " + std::to_string(WebServer::maxBodyBytes) +
-                              " bytes");
+        JsonAnswer::error(
+            response, 413,
+            "the request body is larger than " + std::to_string(WebServer::maxBodyBytes) + " bytes");
     } else {
         JsonAnswer::error(response, response.status,
                           "the request was refused (HTTP status " + std::to_string(response.status) + ")");
@@ -60,8 +60,9 @@ void WebServer::run(const cli::ServeSettings& settings, std::ostream& err) {
     server.set_read_timeout(settings.timeoutSeconds, 0);
     server.set_write_timeout(settings.timeoutSeconds, 0);
     server.set_keep_alive_timeout(settings.timeoutSeconds);
-    const int port = settings.port == 0 ? server.bind_to_any_port(settings.host)
-                                        : (server.bind_to_port(settings.host, settings.port) ? settings.port : -1);
+    const int port = settings.port == 0
+                         ? server.bind_to_any_port(settings.host)
+                         : (server.bind_to_port(settings.host, settings.port) ? settings.port : -1);
     if (port < 0) {
         throw cli::InputError("cannot listen on " + settings.host + " port " + std::to_string(settings.port));
     }
@@ -78,8 +79,8 @@ void WebServer::run(const cli::ServeSettings& settings, std::ostream& err) {
     const ApiRoutes routes(settings);
     routes.addTo(server);
     const bool bracketed = settings.host.find(':') != std::string::npos;
-    err << "caudalis: serving http://" << (bracketed ? "[" : "") << settings.host << (bracketed ? "]" : "") << ':'
-        << port << "/ (stop with Ctrl+C)" << std::endl;
+    err << "caudalis: serving http://" << (bracketed ? "[" : "") << settings.host << (bracketed ? "]" : "")
+        << ':' << port << "/ (stop with Ctrl+C)" << std::endl;
     startWorkers(settings.workers);
     if (!server.listen_after_bind()) {
         throw cli::InputError("the web server stopped: cannot accept connections");

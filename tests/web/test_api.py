@@ -33,6 +33,8 @@ def test_design_is_the_command_lines_byte_for_byte(server, databases, units):
          *(["--units", units] if units else [])], databases.folder)
     assert code == 0
     assert answer.body == printed
+    # Again, now from the nozzles the server keeps: the same bytes.
+    assert server.request("POST", address, design, {"Content-Type": "application/json"}).body == printed
 
 
 def test_a_wrong_design_gets_the_command_lines_message(server, databases):
@@ -180,6 +182,14 @@ def test_catalogue_brands_models_and_nozzles(server, databases):
 
 def test_catalogue_import_adds_nozzles_all_or_none(server):
     rows = "brand,model,nozzle,a,b,pmin,pmax,qmin,qmax\nWebBrand,W1,#10,0.02,0.5,50,300,0.1,0.4\n"
+    before = server.request("GET", "/api/catalogue/nozzles?brand=Rotaflux&model=RX%20Spinner").json()
+    added = server.request("POST", "/api/catalogue/import",
+                           {"csv": "brand,model,nozzle,a,b,pmin,pmax,qmin,qmax\n"
+                                   "Rotaflux,RX Spinner,9.9 mm,0.9,0.5,50,300,6.3,15.5\n"})
+    assert added.status == 200, added.body
+    # The nozzles the server kept are forgotten: the new one is listed at once.
+    after = server.request("GET", "/api/catalogue/nozzles?brand=Rotaflux&model=RX%20Spinner").json()
+    assert [n["nome"] for n in after] == [n["nome"] for n in before] + ["9.9 mm"]
     answer = server.request("POST", "/api/catalogue/import", {"csv": rows})
     assert answer.status == 200, answer.body
     assert answer.json()["message"].startswith("imported 1 nozzles into ")

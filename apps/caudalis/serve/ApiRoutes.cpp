@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "AccessPolicy.hpp"
+#include "CatalogueCache.hpp"
 #include "CatalogueDatabase.hpp"
 #include "CliErrors.hpp"
 #include "CommandRunner.hpp"
@@ -374,6 +375,7 @@ void ApiRoutes::importCatalogue(const httplib::Request& request, httplib::Respon
         args.push_back("--units=" + units);
     }
     const auto outcome = runIn(folder, args);
+    CatalogueCache::forget();
     requireSuccess(outcome);
     JsonAnswer::json(response,
                      {{"message", folder.withoutFolder(outcome.out.substr(0, outcome.out.find('\n')))}});

@@ -3,6 +3,8 @@
 #include <sstream>
 #include <string_view>
 
+#include "CatalogueCache.hpp"
+
 namespace caudalis::web {
 
 namespace {
@@ -39,6 +41,7 @@ std::string CommandOutcome::message() const {
 cli::Services CommandRunner::services() {
     auto services = cli::Services::databases();
     services.progressOnErrorStream = false;
+    services.nozzleSource = CatalogueCache::source;
     return services;
 }
 

@@ -34,8 +34,9 @@ void explainStatus(const httplib::Request& request, httplib::Response& response)
     }
 }
 
-/// Forks the other workers, which accept on the socket already bound and end with this process.
-void startWorkers(int workers) {
+/// Forks the other workers, which accept on the socket already bound and end with this process;
+/// true in this process, false in a worker.
+bool startWorkers(int workers) {
     for (int i = 1; i < workers; ++i) {
         const pid_t parent = ::getpid();
         const pid_t child = ::fork();
@@ -47,9 +48,10 @@ void startWorkers(int workers) {
             if (::getppid() != parent) {
                 ::_exit(0);
             }
-            return;
+            return false;
         }
     }
+    return true;
 }
 
 }  // namespace
@@ -78,10 +80,11 @@ void WebServer::run(const cli::ServeSettings& settings, std::ostream& err) {
     WebAssets::addTo(server);
     const ApiRoutes routes(settings);
     routes.addTo(server);
-    const bool bracketed = settings.host.find(':') != std::string::npos;
-    err << "caudalis: serving http://" << (bracketed ? "[" : "") << settings.host << (bracketed ? "]" : "")
-        << ':' << port << "/ (stop with Ctrl+C)" << std::endl;
-    startWorkers(settings.workers);
+    if (startWorkers(settings.workers)) {
+        const bool bracketed = settings.host.find(':') != std::string::npos;
+        err << "caudalis: serving http://" << (bracketed ? "[" : "") << settings.host
+            << (bracketed ? "]" : "") << ':' << port << "/ (stop with Ctrl+C)" << std::endl;
+    }
     if (!server.listen_after_bind()) {
         throw cli::InputError("the web server stopped: cannot accept connections");
     }

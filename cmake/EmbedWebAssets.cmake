@@ -1,26 +1,15 @@
 # Reads the web app's files (FOLDER, the names in NAMES separated by commas) into a generated C++
 # source that defines `caudalis::web::embedded::assetFiles`. Run in script mode:
 #   cmake -DFOLDER=assets -DNAMES=index.html,app.js -DOUTPUT=WebAssetFiles.cpp -P EmbedWebAssets.cmake
-# Each file is cut into raw string literals of at most 16000 characters, below the length that
-# ISO C++ compilers must accept.
+# Each file is cut into raw string literals (cmake/RawStringPieces.cmake).
+include(${CMAKE_CURRENT_LIST_DIR}/RawStringPieces.cmake)
 string(REPLACE "," ";" names "${NAMES}")
 set(arrays "")
 set(entries "")
 set(index 0)
 foreach(name ${names})
   file(READ "${FOLDER}/${name}" content)
-  string(FIND "${content}" ")asset\"" delimiter)
-  if(NOT delimiter EQUAL -1)
-    message(FATAL_ERROR "${FOLDER}/${name} holds the raw string delimiter )asset\"")
-  endif()
-  string(LENGTH "${content}" length)
-  set(pieces "")
-  set(offset 0)
-  while(offset LESS length)
-    string(SUBSTRING "${content}" ${offset} 16000 piece)
-    string(APPEND pieces "    R\"asset(${piece})asset\",\n")
-    math(EXPR offset "${offset} + 16000")
-  endwhile()
+  raw_string_pieces("${content}" "${FOLDER}/${name}" asset pieces)
   string(APPEND arrays "const char* const file${index}[] = {\n${pieces}};\n")
   string(APPEND entries "    {\"${name}\", file${index}, sizeof file${index} / sizeof file${index}[0]},\n")
   math(EXPR index "${index} + 1")

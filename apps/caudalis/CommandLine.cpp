@@ -62,8 +62,7 @@ Services Services::databases() {
             [](const std::string& project, const std::string& catalogue) {
                 return std::make_unique<DatabaseChartStore>(project, catalogue);
             },
-            ::isatty(STDERR_FILENO) == 1,
-            {}};
+            ::isatty(STDERR_FILENO) == 1};
 }
 
 CommandLine::CommandLine(Services services, std::ostream& out, std::ostream& err)

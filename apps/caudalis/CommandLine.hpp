@@ -28,9 +28,6 @@ struct Services {
         chartStore;
     /// Whether long imports draw a progress bar on the error stream (a terminal).
     bool progressOnErrorStream = false;
-    /// Serves the web app and its API until the process is stopped; the program without a
-    /// web server leaves it empty.
-    std::function<void(const ServeSettings&, std::ostream& err)> serve;
 
     /// The sources backed by the databases; progress shown when stderr is a terminal.
     static Services databases();
@@ -44,6 +41,11 @@ public:
     CommandLine(Services services, std::ostream& out, std::ostream& err);
     ~CommandLine();
     int run(int argc, const char* const* argv);
+
+    /// Serves the web app and its API until the process is stopped.
+    using Server = std::function<void(const ServeSettings&, std::ostream& err)>;
+    /// Gives `serve` its web server; without one, `serve` says the program has none.
+    void serveWith(Server server) { server_ = std::move(server); }
 
     struct Options;
 
@@ -74,6 +76,7 @@ private:
     std::ostream& out_;
     std::ostream& err_;
     std::unique_ptr<Options> options_;
+    Server server_;
 };
 
 }  // namespace caudalis::cli

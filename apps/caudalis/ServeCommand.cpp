@@ -81,10 +81,10 @@ void CommandLine::runServe() {
                          " is not a loopback address: give --token-file FILE, whose token every request "
                          "must then carry");
     }
-    if (!services_.serve) {
+    if (!server_) {
         throw UsageError("this program was built without the web server");
     }
-    services_.serve(settings, err_);
+    server_(settings, err_);
 }
 
 }  // namespace caudalis::cli

@@ -4,8 +4,7 @@
 #include "WebServer.hpp"
 
 int main(int argc, char** argv) {
-    auto services = caudalis::cli::Services::databases();
-    services.serve = caudalis::web::WebServer::run;
-    caudalis::cli::CommandLine commandLine(std::move(services), std::cout, std::cerr);
+    caudalis::cli::CommandLine commandLine(caudalis::cli::Services::databases(), std::cout, std::cerr);
+    commandLine.serveWith(caudalis::web::WebServer::run);
     return commandLine.run(argc, argv);
 }

@@ -92,6 +92,11 @@ def test_charts_are_stored_listed_shown_reported_and_deleted(server, databases):
     assert server.request("GET", "/api/charts?system=8").json() == []
     shown = server.request("GET", f"/api/charts/{chart['id']}").json()
     assert shown["design_file"] == design and shown["system"] == 7 and shown["missing_nozzles"] == 0
+    rebuilt = server.request("GET", f"/api/charts/{chart['id']}/rebuilt?units=us")
+    assert rebuilt.status == 200
+    assert rebuilt.json()["units"]["system"] == "us"
+    assert [o["label"] for o in rebuilt.json()["outlets"]] == [o["label"] for o in chart["result"]["outlets"]]
+    assert rebuilt.json()["summary"]["outlets"] == chart["result"]["summary"]["outlets"]
     report = server.request("GET", f"/api/charts/{chart['id']}/report")
     assert report.status == 200 and b"<canvas" in report.body
     again = server.request("POST", "/api/charts", {"name": "North <pivot>", "system": 7, "design": design})

@@ -171,3 +171,16 @@ def test_the_catalogue_page_lists_nozzles(app):
     shoot(driver, "11-catalogue")
     loaded = driver.execute_script("return performance.getEntriesByType('resource').map(e => e.name)")
     assert loaded and all(name.startswith(server.url()) for name in loaded)
+
+
+def test_spans_are_removed_and_renumbered(app):
+    server, driver = app
+    driver.get(server.url())
+    wait(driver, lambda d: text(d, "status") == "Ready.")
+    for _ in range(3):
+        driver.find_element(By.ID, "add-span").click()
+    driver.find_element(By.CSS_SELECTOR, "button[aria-label='Remove span 2']").click()
+    rows = driver.find_elements(By.CSS_SELECTOR, "#spans tbody tr")
+    assert [row.find_element(By.TAG_NAME, "th").text for row in rows] == ["1", "2"]
+    assert driver.find_elements(By.CSS_SELECTOR, "input[aria-label='Length, m of span 2']")
+    assert not driver.find_elements(By.CSS_SELECTOR, "button[aria-label='Remove span 3']")

@@ -82,7 +82,7 @@ def test_it_names_every_route_of_the_server_and_no_other(document):
         routes.add((method.lower(), (raw or plain).replace("([^/]+)", "{id}")))
     routes.add(("get", "/api/session"))
     documented = {(method, path) for path, item in document["paths"].items() for method in item}
-    assert len(routes) == 15
+    assert len(routes) == 16
     assert documented == routes
 
 
@@ -107,6 +107,7 @@ def test_the_answers_fit_the_document(document, running):
     check(document, "/api/charts", "get", 200, running.request("GET", "/api/charts"))
     check(document, "/api/charts/{id}", "get", 200, running.request("GET", f"/api/charts/{chart}"))
     check(document, "/api/charts/{id}/report", "get", 200, running.request("GET", f"/api/charts/{chart}/report"))
+    check(document, "/api/charts/{id}/rebuilt", "get", 200, running.request("GET", f"/api/charts/{chart}/rebuilt"))
     evaluated = running.request("POST", "/api/evaluate",
                                 {"readings_csv": readings, "gauge_diameter_m": 0.1, "save": True, "chart": chart})
     check(document, "/api/evaluate", "post", 200, evaluated)

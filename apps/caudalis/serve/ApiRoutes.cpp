@@ -15,6 +15,7 @@
 #include "EvaluationStore.hpp"
 #include "JsonAnswer.hpp"
 #include "ScratchFolder.hpp"
+#include "caudalis/design/JsonReport.hpp"
 
 namespace caudalis::web {
 
@@ -153,6 +154,7 @@ void ApiRoutes::addTo(httplib::Server& server) const {
     server.Post("/api/charts", guarded(this, &ApiRoutes::saveChart));
     server.Get(R"(/api/charts/([^/]+))", guarded(this, &ApiRoutes::showChart));
     server.Get(R"(/api/charts/([^/]+)/report)", guarded(this, &ApiRoutes::chartReport));
+    server.Get(R"(/api/charts/([^/]+)/rebuilt)", guarded(this, &ApiRoutes::rebuildChart));
     server.Delete(R"(/api/charts/([^/]+))", guarded(this, &ApiRoutes::deleteChart));
     server.Post("/api/evaluate", guarded(this, &ApiRoutes::evaluate));
     server.Get("/api/evaluations", guarded(this, &ApiRoutes::listEvaluations));
@@ -251,6 +253,22 @@ void ApiRoutes::chartReport(const httplib::Request& request, httplib::Response& 
     requireSuccess(runIn(folder, {"chart", projectOption(), catalogueOption(), "show", id,
                                   "--report=" + folder.path("report.html")}));
     answerReport(response, folder.path("report.html"));
+}
+
+void ApiRoutes::rebuildChart(const httplib::Request& request, httplib::Response& response) const {
+    const auto id = std::stol(wholeNumber(request.matches[1], "chart id"));
+    const auto units = unitsOption(request);
+    const auto text = reading([&](const cli::Services& services) {
+        const auto wetted = services.nozzleSource(settings_.cataloguePath)->wettedDiameters();
+        const auto rebuilt =
+            services.chartStore(settings_.projectPath, settings_.cataloguePath)->rebuild(id, wetted);
+        const auto system = units.empty() ? rebuilt.result.design.units
+                                          : *design::Units::parse(units.substr(units.find('=') + 1));
+        std::ostringstream out;
+        design::JsonReport::write(out, rebuilt.result, design::Units(system));
+        return out.str();
+    });
+    JsonAnswer::text(response, text);
 }
 
 void ApiRoutes::deleteChart(const httplib::Request& request, httplib::Response& response) const {

@@ -32,6 +32,7 @@ private:
     void saveChart(const httplib::Request& request, httplib::Response& response) const;
     void showChart(const httplib::Request& request, httplib::Response& response) const;
     void chartReport(const httplib::Request& request, httplib::Response& response) const;
+    void rebuildChart(const httplib::Request& request, httplib::Response& response) const;
     void deleteChart(const httplib::Request& request, httplib::Response& response) const;
     void evaluate(const httplib::Request& request, httplib::Response& response) const;
     void listEvaluations(const httplib::Request& request, httplib::Response& response) const;

@@ -38,10 +38,13 @@ function cell(row, text, header) {
   return element;
 }
 
-function button(label, action) {
+function button(label, action, accessibleName) {
   const element = document.createElement("button");
   element.type = "button";
   element.textContent = label;
+  if (accessibleName) {
+    element.setAttribute("aria-label", accessibleName);
+  }
   element.addEventListener("click", action);
   return element;
 }
@@ -93,12 +96,16 @@ function addSpan(span) {
     const value = span[key] === undefined ? "" : span[key];
     row.insertCell().appendChild(numberInput(value, label + " of span " + position));
   }
-  row.insertCell().appendChild(button("Remove span " + position, () => { row.remove(); renumberSpans(); designSoon(); }));
+  row.insertCell().appendChild(button("Remove", () => { row.remove(); renumberSpans(); designSoon(); }, "Remove span " + position));
 }
 
 function renumberSpans() {
   Array.from($("spans").tBodies[0].rows).forEach((row, i) => {
     row.cells[0].textContent = String(i + 1);
+    for (const input of row.querySelectorAll("input")) {
+      input.setAttribute("aria-label", input.getAttribute("aria-label").replace(/span \d+$/, "span " + (i + 1)));
+    }
+    row.querySelector("button").setAttribute("aria-label", "Remove span " + (i + 1));
   });
 }
 

@@ -1,25 +1,14 @@
 # Reads the Chart.js script into a generated C++ source that defines the pieces of
 # `caudalis::design::ChartJsLibrary::source()`. Run in script mode:
 #   cmake -DINPUT=chart.min.js -DOUTPUT=ChartJsScript.cpp -P EmbedChartJs.cmake
-# The script is cut into raw string literals of at most 16000 characters, below the length
-# that ISO C++ compilers must accept.
+# The script is cut into raw string literals (cmake/RawStringPieces.cmake).
 file(READ "${INPUT}" script)
 string(FIND "${script}" "</script" closing)
 if(NOT closing EQUAL -1)
   message(FATAL_ERROR "${INPUT} holds \"</script\" and cannot be embedded in a script element")
 endif()
-string(FIND "${script}" ")chartjs\"" delimiter)
-if(NOT delimiter EQUAL -1)
-  message(FATAL_ERROR "${INPUT} holds the raw string delimiter )chartjs\"")
-endif()
-string(LENGTH "${script}" length)
-set(pieces "")
-set(offset 0)
-while(offset LESS length)
-  string(SUBSTRING "${script}" ${offset} 16000 piece)
-  string(APPEND pieces "    R\"chartjs(${piece})chartjs\",\n")
-  math(EXPR offset "${offset} + 16000")
-endwhile()
+include(${CMAKE_CURRENT_LIST_DIR}/RawStringPieces.cmake)
+raw_string_pieces("${script}" "${INPUT}" chartjs pieces)
 file(WRITE "${OUTPUT}.tmp"
 "// Generated from ${INPUT} by cmake/EmbedChartJs.cmake; do not edit.
 #include <string>

@@ -233,6 +233,7 @@ void CommandLine::defineCommands(CLI::App& app) {
     defineEvaluate(app);
     defineCatalogue(app);
     defineChart(app);
+    defineServe(app);
 }
 
 int CommandLine::run(int argc, const char* const* argv) {
@@ -276,6 +277,8 @@ void CommandLine::dispatch(const CLI::App& app) {
         runCatalogue(*app.get_subcommand("catalogue"));
     } else if (app.got_subcommand("chart")) {
         runChart(*app.get_subcommand("chart"));
+    } else if (app.got_subcommand("serve")) {
+        runServe();
     }
 }
 

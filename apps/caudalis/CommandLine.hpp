@@ -6,6 +6,7 @@
 #include <ostream>
 #include <string>
 
+#include "ServeSettings.hpp"
 #include "caudalis/design/NozzleSource.hpp"
 #include "caudalis/fieldtests/FieldTestService.hpp"
 #include "caudalis/project/ChartService.hpp"
@@ -34,13 +35,18 @@ struct Services {
 };
 
 /// The `caudalis` program: parses the arguments, runs one command (`init`, `design`,
-/// `evaluate`, `catalogue`, `chart`) and turns every failure into one line on the error
+/// `evaluate`, `catalogue`, `chart`, `serve`) and turns every failure into one line on the error
 /// stream, "caudalis: ...", and an exit code (see `ExitCode`).
 class CommandLine {
 public:
     CommandLine(Services services, std::ostream& out, std::ostream& err);
     ~CommandLine();
     int run(int argc, const char* const* argv);
+
+    /// Serves the web app and its API until the process is stopped.
+    using Server = std::function<void(const ServeSettings&, std::ostream& err)>;
+    /// Gives `serve` its web server; without one, `serve` says the program has none.
+    void serveWith(Server server) { server_ = std::move(server); }
 
     struct Options;
 
@@ -51,6 +57,7 @@ private:
     void defineEvaluate(CLI::App& app);
     void defineCatalogue(CLI::App& app);
     void defineChart(CLI::App& app);
+    void defineServe(CLI::App& app);
     void dispatch(const CLI::App& app);
 
     void runInit();
@@ -67,12 +74,14 @@ private:
     void listNozzles();
     void importCatalogue();
     void runChart(const CLI::App& chart);
+    void runServe();
     void note(const std::string& message);
 
     Services services_;
     std::ostream& out_;
     std::ostream& err_;
     std::unique_ptr<Options> options_;
+    Server server_;
 };
 
 }  // namespace caudalis::cli

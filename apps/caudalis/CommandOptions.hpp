@@ -49,6 +49,13 @@ struct CommandLine::Options {
     std::string csvImportPath;
     // chart
     long chartId = 0;
+    // serve
+    std::string host = "127.0.0.1";
+    int port = 8080;
+    std::optional<std::string> database;
+    std::optional<std::string> tokenFile;
+    int requestTimeout = 10;
+    int workers = 1;
 };
 
 }  // namespace caudalis::cli

@@ -9,12 +9,17 @@ using Kind = JetSqlSegment::Kind;
 std::string JetDialect::rewrite(const JetStatement& statement) const {
     const auto& segments = statement.segments();
     std::string result;
+    std::size_t length = 0;
+    for (const JetSqlSegment& segment : segments) {
+        length += segment.text.size();
+    }
+    result.reserve(length);
     for (std::size_t i = 0; i < segments.size(); ++i) {
         const JetSqlSegment& segment = segments[i];
         const JetSqlSegment* next = i + 1 < segments.size() ? &segments[i + 1] : nullptr;
         switch (segment.kind) {
             case Kind::Code:
-                result += rewriteCode(segment.text);
+                appendCode(segment.text, result);
                 break;
             case Kind::BracketedName:
                 result += rewriteBracketed(segment, next);
@@ -61,14 +66,7 @@ std::string JetDialect::bracketContent(const std::string& bracketed) {
     return bracketed.substr(1, bracketed.size() - (closed ? 2 : 1));
 }
 
-bool JetDialect::isWordCharacter(char c) {
-    const bool letterOrDigit = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-    return letterOrDigit || c == '_' || c == '@' || c == '$';
-}
-
-std::string JetDialect::rewriteCode(std::string_view code) const {
-    std::string result;
-    result.reserve(code.size());
+void JetDialect::appendCode(std::string_view code, std::string& result) const {
     std::size_t i = 0;
     while (i < code.size()) {
         if (isWordCharacter(code[i])) {
@@ -76,7 +74,7 @@ std::string JetDialect::rewriteCode(std::string_view code) const {
             while (end < code.size() && isWordCharacter(code[end])) {
                 ++end;
             }
-            result += rewriteWord(code.substr(i, end - i));
+            appendWord(code.substr(i, end - i), result);
             i = end;
             continue;
         }
@@ -92,7 +90,6 @@ std::string JetDialect::rewriteCode(std::string_view code) const {
         }
         i = end;
     }
-    return result;
 }
 
 std::string JetDialect::dateAt(std::string_view code, std::size_t start, std::size_t& end) const {

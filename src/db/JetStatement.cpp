@@ -193,16 +193,27 @@ void JetStatement::requireSingleStatement() const {
         if (segment.kind == Kind::Comment) {
             continue;
         }
+        if (segment.kind != Kind::Code) {
+            // A literal or a name is content throughout and never ends the statement.
+            if (!segment.text.empty() && terminated) {
+                raiseDatabaseError(DatabaseError::CharactersAfterStatement);
+            }
+            statementSeen = statementSeen || !segment.text.empty();
+            if (trigger) {
+                code.append(segment.text.size(), ' ');
+            }
+            continue;
+        }
         for (const char c : segment.text) {
             const bool content = isContent(segment, c);
             if (content && terminated) {
                 raiseDatabaseError(DatabaseError::CharactersAfterStatement);
             }
             statementSeen = statementSeen || content;
-            const bool ends = statementSeen && segment.kind == Kind::Code && c == ';';
+            const bool ends = statementSeen && c == ';';
             terminated = terminated || (ends && (!trigger || endsWithEndKeyword(code)));
             if (trigger) {
-                code += segment.kind == Kind::Code ? c : ' ';
+                code += c;
             }
         }
     }

@@ -15,15 +15,16 @@ std::string PostgresDialect::quotedName(std::string_view name) {
     return quotedLiteral(name, '"');
 }
 
-std::string PostgresDialect::rewriteWord(std::string_view word) const {
+void PostgresDialect::appendWord(std::string_view word, std::string& out) const {
     if (word.starts_with('$')) {
         raiseEngineError("\"" + std::string(word) +
                          "\": dollar-quoted strings and parameters are not accepted in a statement");
     }
     if (texthelpers::equalsIgnoringCase(word, "@@identity")) {
-        return lastKey_;
+        out += lastKey_;
+    } else {
+        out.append(word);
     }
-    return std::string(word);
 }
 
 std::string PostgresDialect::schemaFor(const std::string& reference) const {

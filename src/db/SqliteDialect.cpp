@@ -8,17 +8,16 @@ namespace caudalis {
 
 SqliteDialect::SqliteDialect(SchemaForFile schemaForFile) : schemaForFile_(std::move(schemaForFile)) {}
 
-std::string SqliteDialect::rewriteWord(std::string_view word) const {
+void SqliteDialect::appendWord(std::string_view word, std::string& out) const {
     if (texthelpers::equalsIgnoringCase(word, "@@identity")) {
-        return "last_insert_rowid()";
+        out += "last_insert_rowid()";
+    } else if (texthelpers::equalsIgnoringCase(word, "true")) {
+        out += '1';
+    } else if (texthelpers::equalsIgnoringCase(word, "false")) {
+        out += '0';
+    } else {
+        out.append(word);
     }
-    if (texthelpers::equalsIgnoringCase(word, "true")) {
-        return "1";
-    }
-    if (texthelpers::equalsIgnoringCase(word, "false")) {
-        return "0";
-    }
-    return std::string(word);
 }
 
 std::string SqliteDialect::schemaFor(const std::string& reference) const {

@@ -258,6 +258,7 @@ private:
 std::optional<SqliteLiteralLift> SqliteLiteralLift::of(std::string_view sql) {
     SqliteLiteralLift lift;
     lift.shape_.reserve(sql.size());
+    lift.values_.reserve(16);
     if (!Scanner(sql, lift).statement() || lift.values_.empty() || lift.values_.size() > mostParameters) {
         return std::nullopt;
     }

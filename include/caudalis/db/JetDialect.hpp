@@ -22,8 +22,8 @@ public:
     static bool namesDatabaseFile(std::string_view bracketed);
 
 protected:
-    /// What a word of code (letters, digits, "_", "@", "$") becomes.
-    virtual std::string rewriteWord(std::string_view word) const = 0;
+    /// Appends to `out` what a word of code (letters, digits, "_", "@", "$") becomes.
+    virtual void appendWord(std::string_view word, std::string& out) const = 0;
     /// What the date between "#" marks (without them) becomes; a text literal by default.
     virtual std::string rewriteDate(std::string_view date) const;
     /// The schema for the other database named by `reference`, the bracket's content in
@@ -40,10 +40,14 @@ protected:
 
     /// The content of a bracketed name, without its brackets.
     static std::string bracketContent(const std::string& bracketed);
-    static bool isWordCharacter(char c);
+    static bool isWordCharacter(char c) {
+        const bool letterOrDigit = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+        return letterOrDigit || c == '_' || c == '@' || c == '$';
+    }
 
 private:
-    std::string rewriteCode(std::string_view code) const;
+    /// Appends the rewritten run of code to `result`.
+    void appendCode(std::string_view code, std::string& result) const;
     std::string rewriteBracketed(const JetSqlSegment& segment, const JetSqlSegment* next) const;
     /// The rewritten date that starts with the "#" at `start`, or empty when no "#" closes it
     /// on the same line; `end` is then one past the closing "#".

@@ -29,7 +29,7 @@ public:
     static std::string quotedName(std::string_view name);
 
 protected:
-    std::string rewriteWord(std::string_view word) const override;
+    void appendWord(std::string_view word, std::string& out) const override;
     std::string schemaFor(const std::string& reference) const override;
     bool namesOtherDatabase(std::string_view content) const override;
     std::string rewriteBracketedName(const std::string& bracketed) const override;

@@ -20,7 +20,7 @@ public:
     explicit SqliteDialect(SchemaForFile schemaForFile);
 
 protected:
-    std::string rewriteWord(std::string_view word) const override;
+    void appendWord(std::string_view word, std::string& out) const override;
     std::string schemaFor(const std::string& reference) const override;
 
 private:

@@ -18,7 +18,7 @@
 #include "caudalis/design/DesignRunner.hpp"
 #include "caudalis/design/ResultLabels.hpp"
 #include "caudalis/design/TextFile.hpp"
-#include "caudalis/fieldtests/EvaluationReport.hpp"
+#include "caudalis/report/EvaluationReport.hpp"
 #include "caudalis/fieldtests/FieldTestService.hpp"
 #include "caudalis/project/CatalogueService.hpp"
 #include "caudalis/project/ChartReport.hpp"

@@ -8,7 +8,7 @@
 
 #include "caudalis/design/NozzleSource.hpp"
 #include "caudalis/design/Units.hpp"
-#include "caudalis/fieldtests/EvaluationReport.hpp"
+#include "caudalis/fieldtests/EvaluationOutcome.hpp"
 #include "caudalis/fieldtests/FieldEvaluationStore.hpp"
 #include "caudalis/project/ChartStore.hpp"
 

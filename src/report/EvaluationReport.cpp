@@ -1,4 +1,4 @@
-#include "caudalis/fieldtests/EvaluationReport.hpp"
+#include "caudalis/report/EvaluationReport.hpp"
 
 #include <algorithm>
 
@@ -7,7 +7,7 @@
 
 #include "JsonValue.hpp"
 #include "caudalis/fieldtests/CatchCanStatistics.hpp"
-#include "caudalis/fieldtests/StoredFigureText.hpp"
+#include "caudalis/report/StoredFigureText.hpp"
 #include "caudalis/report/EvaluationPrintout.hpp"
 #include "caudalis/report/PlainTextReport.hpp"
 

@@ -5,24 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "caudalis/fieldtests/EvaluationDesign.hpp"
-#include "caudalis/fieldtests/FieldEvaluationResult.hpp"
+#include "caudalis/fieldtests/EvaluationOutcome.hpp"
 #include "caudalis/fieldtests/FieldEvaluationStore.hpp"
-#include "caudalis/fieldtests/MeasuredDesignedComparison.hpp"
 #include "caudalis/report/ReportDocument.hpp"
 
 namespace caudalis::fieldtests {
-
-/// Everything `caudalis evaluate` found for one field test.
-struct EvaluationOutcome {
-    std::string name;
-    design::FieldReadings readings;
-    design::FieldEvaluationResult result;
-    std::optional<DesignReference> design;
-    std::optional<design::DesignComparison> comparison;
-    /// The units distances and depths are printed in.
-    design::Units units;
-};
 
 /// A field evaluation as text or JSON, and the stored evaluations as a list or one by one.
 class EvaluationReport {

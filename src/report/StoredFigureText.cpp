@@ -1,4 +1,4 @@
-#include "caudalis/fieldtests/StoredFigureText.hpp"
+#include "caudalis/report/StoredFigureText.hpp"
 
 #include <map>
 

@@ -156,7 +156,8 @@ void bindStore(py::module_& services) {
     services.def(
         "evaluationReport",
         [](const std::string& name, const FieldReadings& readings, const FieldEvaluationResult& result) {
-            return HtmlReport::render(EvaluationPrintout::document({name, readings, result, std::nullopt}));
+            return HtmlReport::render(
+                EvaluationPrintout::document({name, readings, result, std::nullopt, Units(readings.units)}));
         },
         py::arg("name"), py::arg("readings"), py::arg("result"),
         "The HTML report of an evaluation without a design beside it, as the command line's --report writes "

@@ -59,7 +59,7 @@ auto reading(Read read) {
         const std::lock_guard guard(CommandRunner::engineLock());
         return read(CommandRunner::services());
     } catch (const cli::CliError& error) {
-        throw ApiError(statusOf(error.exitCode(), error.what()), error.what());
+        throw ApiError(statusOf(error.code(), error.what()), error.what());
     }
 }
 

@@ -47,7 +47,6 @@ class DesignResult:
 
     def __init__(self, raw, units=None):
         self.raw = raw
-        self.units = units
         self.document = raw.document(units)
         self.name = self.document["name"]
         self.units = DocumentUnits(self.document["units"])
@@ -70,20 +69,20 @@ class DesignResult:
 
     def json(self):
         """The whole result as the command line's `--json` writes it."""
-        return self.raw.json(self.units)
+        return self.raw.json(self.units.system)
 
     def text(self):
-        return self.raw.text(self.units)
+        return self.raw.text(self.units.system)
 
     def csv(self):
-        return self.raw.csv(self.units)
+        return self.raw.csv(self.units.system)
 
     def report(self, path):
         """Writes the report to `path`: the HTML page of `--report` (with its plots) for a
         `.html` or `.htm` file, the printed sprinkler chart otherwise. Returns the path."""
         html = os.fspath(path).lower().endswith((".html", ".htm"))
         with open(path, "w", encoding="utf-8") as file:
-            file.write(self.raw.html(self.units) if html else self.text())
+            file.write(self.raw.html(self.units.system) if html else self.text())
         return path
 
     def fails(self, strict=False):

@@ -7,9 +7,9 @@
 
 #include "JsonValue.hpp"
 #include "caudalis/fieldtests/CatchCanStatistics.hpp"
-#include "caudalis/report/StoredFigureText.hpp"
 #include "caudalis/report/EvaluationPrintout.hpp"
 #include "caudalis/report/PlainTextReport.hpp"
+#include "caudalis/report/StoredFigureText.hpp"
 
 namespace caudalis::fieldtests {
 
@@ -61,8 +61,9 @@ nlohmann::json figuresJson(const CatchCanFigures& figures, const Units& units) {
     auto json = nlohmann::json::object();
     for (const auto& [name, value] : CatchCanStatistics::named(figures)) {
         const auto& labels = EvaluationPrintout::figureLabels();
+        const std::string& figure = name;
         const auto label =
-            std::find_if(labels.begin(), labels.end(), [&](const auto& l) { return name == l.name; });
+            std::find_if(labels.begin(), labels.end(), [&](const auto& l) { return figure == l.name; });
         if (label == labels.end()) {
             json[name] = optionalJson(value);
         } else {
